@@ -1,0 +1,12 @@
+# Libraries from the system, found through their own CMake or pkg-config files.
+find_package(SDL2 REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(SDL2_IMAGE REQUIRED IMPORTED_TARGET SDL2_image)
+pkg_check_modules(SDL2_TTF REQUIRED IMPORTED_TARGET SDL2_ttf)
+pkg_check_modules(SIMPLEINI REQUIRED IMPORTED_TARGET simpleini)
+if(VESK_BUILD_TESTS)
+    find_package(GTest REQUIRED)
+endif()
+if(VESK_BUILD_BENCH)
+    find_package(benchmark REQUIRED)
+endif()

@@ -1,0 +1,1 @@
+# Placeholder until the installed layout lands.
