@@ -1,0 +1,90 @@
+#include "app/Application.h"
+
+#include "app/CMN_TimeManager.h"
+#include "app/SDLManager.h"
+#include "common/CMN_ConfigurationManager.h"
+#include "common/CMN_TaskManager.h"
+#include "gen/GEN_DungeonGenerator.h"
+#include "gfx/GFX_GraphicsManager.h"
+#include "input/CMN_InputManager.h"
+#include "world/ASM_AssetManager.h"
+#include "world/WorldManager.h"
+
+#include <SDL.h>
+#include <SDL_image.h>
+#include <SDL_ttf.h>
+
+#include <thread>
+
+namespace {
+
+constexpr std::uint32_t kTickInterval = 16; // ms
+
+void InitLibraries() {
+    if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_JOYSTICK) == 0 &&
+        IMG_Init(IMG_INIT_JPG | IMG_INIT_PNG) != 0) {
+        TTF_Init();
+    }
+}
+
+bool TickIsDue(const CMN_TimeManager& time) {
+    return time.currentTime >= time.tickInterval + time.lastTickTime;
+}
+
+} // namespace
+
+bool StartUp() { return StartUp(std::thread::hardware_concurrency()); }
+
+bool StartUp(std::uint32_t hardwareThreads) {
+    SDLManager::GetInstance();
+    InitLibraries();
+    GEN_DungeonGenerator::GetInstance();
+    CMN_TaskManager::GetInstance()->Init(hardwareThreads);
+    CMN_ConfigurationManager::GetInstance()->Load();
+    if (!GFX_GraphicsManager::GetInstance()->Init()) {
+        return false;
+    }
+    CMN_TimeManager::GetInstance()->tickInterval = kTickInterval;
+    // The world must not look at input or store while it is built: both come after it.
+    WorldManager::GetInstance()->Init();
+    CMN_InputManager::GetInstance()->InitJoystick();
+    ASM_AssetManager::GetInstance()->Init();
+    return true;
+}
+
+bool QuitRequested() {
+    return CMN_InputManager::GetInstance()->ActionValue(InputAction::Quit) == 1.0f;
+}
+
+void RunPass(std::uint32_t now) {
+    CMN_TimeManager& time = *CMN_TimeManager::GetInstance();
+    time.currentTime = now;
+    if (TickIsDue(time)) {
+        time.lastTickTime = time.currentTime;
+        CMN_InputManager::GetInstance()->Update();
+        WorldManager::GetInstance()->Update();
+    }
+    WorldManager::GetInstance()->Render();
+}
+
+void RunLoop(const std::function<std::uint32_t()>& clock) {
+    while (!QuitRequested()) {
+        RunPass(clock());
+    }
+}
+
+void ShutDown() {
+    // Jobs use the store and the world, which go before the pool does.
+    if (CMN_TaskManager::HasInstance()) {
+        CMN_TaskManager::GetInstance()->Stop();
+    }
+    ASM_AssetManager::DestroyInstance();
+    CMN_ConfigurationManager::DestroyInstance();
+    CMN_InputManager::DestroyInstance();
+    GFX_GraphicsManager::DestroyInstance();
+    WorldManager::DestroyInstance();
+    CMN_TimeManager::DestroyInstance();
+    CMN_TaskManager::DestroyInstance();
+    GEN_DungeonGenerator::DestroyInstance();
+    SDLManager::DestroyInstance();
+}

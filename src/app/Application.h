@@ -1,0 +1,27 @@
+// The program's spine: start-up, the main loop and shutdown, in functions that tests call too.
+//
+// All of it runs on the main thread. Every manager lives from its step in StartUp until its step in
+// ShutDown.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+/// Creates the managers and opens the window. False when the window cannot be opened: a line has
+/// been printed, and nothing is torn down.
+bool StartUp();
+
+/// The same with the worker pool of a machine with this many hardware threads.
+bool StartUp(std::uint32_t hardwareThreads);
+
+/// True once the user has asked to quit.
+bool QuitRequested();
+
+/// One pass of the main loop at the time `now` (ms): a tick of 16 ms when one is due, then a frame.
+void RunPass(std::uint32_t now);
+
+/// Runs passes until the user quits, asking `clock` for the time of each.
+void RunLoop(const std::function<std::uint32_t()>& clock);
+
+/// Stops the workers, then destroys the managers in their order and shuts SDL down.
+void ShutDown();

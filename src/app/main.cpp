@@ -1,0 +1,17 @@
+#include "app/Application.h"
+
+#include <SDL_main.h>
+#include <SDL_timer.h>
+
+#include <cstdio>
+
+int main(int /*argc*/, char** /*argv*/) {
+    if (!StartUp()) {
+        // Leaves the error readable in a console window that closes with the program.
+        std::getchar();
+        return 1;
+    }
+    RunLoop(SDL_GetTicks);
+    ShutDown();
+    return 0;
+}

@@ -1,0 +1,29 @@
+#include "common/CMN_ConfigurationManager.h"
+
+#include "common/Arithmetic.h"
+#include "common/BasePath.h"
+#include "common/Portability.h"
+
+// The library wants one of its character conversions named; the file is read as plain bytes.
+#define SI_NO_CONVERSION
+#include <SimpleIni.h>
+
+#include <cstdio>
+
+bool CMN_ConfigurationManager::Load() { return LoadFrom(GetBasePath() + "vesk.ini"); }
+
+bool CMN_ConfigurationManager::LoadFrom(const std::string& path) {
+    CSimpleIniA ini;
+    std::FILE* file = nullptr;
+    if (OpenFile(&file, path, "rb") == 0) {
+        ini.LoadFile(file);
+        std::fclose(file);
+    }
+    resourceMode = EqualIgnoringCase(ini.GetValue("resource", "mode", "dev"), "dev") ? 1 : 0;
+    width = Saturate(ini.GetLongValue("graphics", "width", 0));
+    height = Saturate(ini.GetLongValue("graphics", "height", 0));
+    startPosX = Saturate(ini.GetLongValue("world", "start_pos_x", 0));
+    startPosY = Saturate(ini.GetLongValue("world", "start_pos_y", 0));
+    startZoom = NarrowToFloat(ini.GetDoubleValue("world", "start_zoom", 0.0));
+    return true;
+}

@@ -1,0 +1,51 @@
+// A pool of worker threads that run jobs first in, first out.
+//
+// One worker fewer than the hardware threads, so that one is left to the main loop. Workers sleep
+// while there is no work. Main creates the pool, stops it before the managers that jobs use are
+// destroyed, and destroys it late.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <list>
+#include <thread>
+#include <vector>
+
+#include "app/CMN_Singleton.h"
+#include "common/Mutex.h"
+
+class CMN_TaskManager : public CMN_Singleton<CMN_TaskManager> {
+public:
+    CMN_TaskManager() = default;
+    ~CMN_TaskManager() override;
+
+    /// Starts the workers for this machine. False only when the number of hardware threads is
+    /// unknown (0); without workers, jobs wait until the pool is destroyed. Main thread, once.
+    bool Init();
+
+    /// The same for a given number of hardware threads.
+    bool Init(std::uint32_t threads);
+
+    /// Appends a job and wakes one worker. The job must hold a callable. Any thread, jobs included;
+    /// after Stop the job is dropped.
+    void AddTask(std::function<void()> job) VESK_EXCLUDES(mutex);
+
+    /// Drops the pending jobs, lets the running ones finish and joins the workers. Afterwards no
+    /// job runs or starts. Main thread; a second call does nothing.
+    void Stop() VESK_EXCLUDES(mutex);
+
+    std::uint32_t hardwareThreads = 0; ///< as read by Init
+    std::int32_t workerCount = 0;      ///< hardwareThreads - 1
+
+private:
+    void WorkerLoop() VESK_EXCLUDES(mutex);
+
+    /// Waits for the next job and moves it into `job`; false when the worker is to end.
+    bool TakeTask(std::function<void()>& job) VESK_EXCLUDES(mutex);
+
+    Mutex mutex;
+    Condition condition; ///< signalled per added job, broadcast at the stop
+    std::list<std::function<void()>> tasks VESK_GUARDED_BY(mutex); ///< oldest first
+    bool stop VESK_GUARDED_BY(mutex) = false;
+    std::vector<std::thread> workers; ///< in start order; main thread only
+};

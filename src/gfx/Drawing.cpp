@@ -1,0 +1,132 @@
+// The drawing calls of the graphics manager.
+#include "gfx/GFX_GraphicsManager.h"
+
+#include "gfx/Clipping.h"
+#include "gfx/DrawColorScope.h"
+#include "gfx/SdlError.h"
+
+#include <cassert>
+#include <memory>
+
+namespace {
+
+using Surface = std::unique_ptr<SDL_Surface, decltype(&SDL_FreeSurface)>;
+using Texture = std::unique_ptr<SDL_Texture, decltype(&SDL_DestroyTexture)>;
+
+constexpr SDL_Color kWhite{255, 255, 255, 255};
+
+} // namespace
+
+Vec2i GFX_GraphicsManager::WorldToScreen(Vec2i world, Vec2i camera, float zoom) const {
+    const Vec2i point = (world - camera) * zoom + screenCenter;
+    return {point.x, WrapSub(height, point.y)};
+}
+
+void GFX_GraphicsManager::DrawSprite(const Sprite* sprite, Vec2i world, Vec2i camera, float zoom) {
+    if (sprite != nullptr) {
+        DrawScaled(*sprite, world, camera, zoom, Vec2i{sprite->source.w, sprite->source.h} * zoom);
+    }
+}
+
+void GFX_GraphicsManager::DrawSpriteSized(const Sprite* sprite, Vec2i world, Vec2i camera,
+                                          float zoom, std::int32_t size) {
+    if (sprite != nullptr) {
+        DrawScaled(*sprite, world, camera, zoom, Vec2i{size, size} * zoom);
+    }
+}
+
+void GFX_GraphicsManager::DrawScaled(const Sprite& sprite, Vec2i world, Vec2i camera, float zoom,
+                                     Vec2i size) {
+    assert(OnMainThread());
+    const Vec2i corner = WorldToScreen(world, camera, zoom) - size * 0.5f;
+    const SDL_Rect destination{corner.x, corner.y, size.x, size.y};
+    if (FillTouchesWindow(destination, {width, height})) {
+        const MutexLock lock(renderLock);
+        SDL_RenderCopy(renderer, sprite.texture->texture, &sprite.source, &destination);
+    }
+}
+
+SDL_Rect GFX_GraphicsManager::ToScreenRect(const Rect& rect) const {
+    return {rect.left, WrapSub(height, rect.top), rect.width, rect.height};
+}
+
+void GFX_GraphicsManager::DrawRect(const Rect& rect, const SDL_Color& color) {
+    const MutexLock lock(renderLock);
+    const DrawColorScope scope(renderer, color);
+    OutlineScreenRect(ToScreenRect(rect));
+}
+
+void GFX_GraphicsManager::FillRect(const Rect& rect, const SDL_Color& color) {
+    const MutexLock lock(renderLock);
+    const DrawColorScope scope(renderer, color);
+    FillScreenRect(ToScreenRect(rect));
+}
+
+void GFX_GraphicsManager::DrawLine(Vec2i from, Vec2i to, const SDL_Color& color) {
+    const MutexLock lock(renderLock);
+    const DrawColorScope scope(renderer, color);
+    DrawScreenLine({from.x, WrapSub(height, from.y)}, {to.x, WrapSub(height, to.y)});
+}
+
+void GFX_GraphicsManager::DrawText(const char* text, const Rect& rect, const SDL_Color& color) {
+    DrawTextTexture(text, {rect.left, WrapSub(height, rect.top)}, color);
+}
+
+void GFX_GraphicsManager::DrawTextAt(const char* text, std::int32_t x, std::int32_t y) {
+    DrawTextTexture(text, {x, y}, kWhite);
+}
+
+void GFX_GraphicsManager::DrawTextTexture(const char* text, Vec2i corner, const SDL_Color& color) {
+    assert(OnMainThread());
+    const MutexLock lock(renderLock);
+    const Surface surface(TTF_RenderText_Blended(font->handle, text, color), SDL_FreeSurface);
+    if (surface == nullptr) {
+        PrintSdlError("TTF_RenderText");
+        return;
+    }
+    const Texture texture(SDL_CreateTextureFromSurface(renderer, surface.get()),
+                          SDL_DestroyTexture);
+    if (texture == nullptr) {
+        PrintSdlError("CreateTexture");
+        return;
+    }
+    SDL_Rect destination{corner.x, corner.y, 0, 0};
+    SDL_QueryTexture(texture.get(), nullptr, nullptr, &destination.w, &destination.h);
+    if (FillTouchesWindow(destination, {width, height})) {
+        SDL_RenderCopy(renderer, texture.get(), nullptr, &destination);
+    }
+}
+
+void GFX_GraphicsManager::DrawTextureCentered(const TextureInfo* info, Vec2i center) {
+    assert(OnMainThread());
+    if (info == nullptr) {
+        return;
+    }
+    const Vec2i size{info->width, info->height};
+    const Vec2i corner = center - size * 0.5f;
+    const SDL_Rect destination{corner.x, corner.y, size.x, size.y};
+    if (FillTouchesWindow(destination, {width, height})) {
+        SDL_RenderCopy(renderer, info->texture, nullptr, &destination);
+    }
+}
+
+void GFX_GraphicsManager::DrawScreenLine(Vec2i from, Vec2i to) {
+    assert(OnMainThread());
+    if (ClipLine(from, to, {width, height})) {
+        SDL_RenderDrawLine(renderer, from.x, from.y, to.x, to.y);
+    }
+}
+
+void GFX_GraphicsManager::OutlineScreenRect(const SDL_Rect& rect) {
+    assert(OnMainThread());
+    if (OutlineTouchesWindow(rect, {width, height})) {
+        SDL_RenderDrawRect(renderer, &rect);
+    }
+}
+
+void GFX_GraphicsManager::FillScreenRect(const SDL_Rect& rect) {
+    assert(OnMainThread());
+    if (FillTouchesWindow(rect, {width, height})) {
+        SDL_RenderFillRect(renderer, &rect);
+    }
+}

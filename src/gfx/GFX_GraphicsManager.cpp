@@ -1,0 +1,114 @@
+#include "gfx/GFX_GraphicsManager.h"
+
+#include "common/BasePath.h"
+#include "common/CMN_ConfigurationManager.h"
+#include "common/Portability.h"
+#include "gfx/DataPath.h"
+#include "gfx/SdlError.h"
+
+#include <SDL_image.h>
+
+#include <cassert>
+#include <utility>
+
+GFX_GraphicsManager::GFX_GraphicsManager() : mainThread(std::this_thread::get_id()) {}
+
+GFX_GraphicsManager::~GFX_GraphicsManager() {
+    {
+        const MutexLock lock(registryLock);
+        for (auto& [name, info] : textures) {
+            SDL_DestroyTexture(info->texture);
+        }
+        textures.clear();
+        sprites.clear();
+    }
+    font.reset();
+    if (renderer != nullptr) {
+        SDL_DestroyRenderer(renderer);
+    }
+    if (window != nullptr) {
+        SDL_DestroyWindow(window);
+    }
+}
+
+bool GFX_GraphicsManager::Init() {
+    const CMN_ConfigurationManager& config = *CMN_ConfigurationManager::GetInstance();
+    width = config.width;
+    height = config.height;
+    screenCenter = Vec2i{width, height} * 0.5f;
+    if (!CreateWindowAndRenderer()) {
+        return false;
+    }
+    font = std::make_unique<Font>(TTF_OpenFont((GetDataPath() + "sample.ttf").c_str(), 20));
+    if (font->handle == nullptr) {
+        PrintSdlError("TTF_OpenFont");
+    }
+    for (const char* name : {"enemies.png", "image.png", "ships.png", "link_raw.png", "compass.png",
+                             "hud_compass.png", "island_icon.png"}) {
+        GetTexture(name);
+    }
+    return true;
+}
+
+bool GFX_GraphicsManager::CreateWindowAndRenderer() {
+    window = SDL_CreateWindow("Vesk", 100, 100, width, height, SDL_WINDOW_SHOWN);
+    if (window == nullptr) {
+        PrintSdlError("SDL_CreateWindow");
+        return false;
+    }
+    renderer = SDL_CreateRenderer(window, -1,
+                                  SDL_RENDERER_ACCELERATED | SDL_RENDERER_PRESENTVSYNC |
+                                      SDL_RENDERER_TARGETTEXTURE);
+    if (renderer == nullptr) {
+        PrintSdlError("SDL_CreateRenderer");
+        return false;
+    }
+    return true;
+}
+
+const TextureInfo* GFX_GraphicsManager::FindTexture(const std::string& fileName) {
+    const MutexLock lock(registryLock);
+    const auto found = textures.find(fileName);
+    return found == textures.end() ? nullptr : found->second.get();
+}
+
+const TextureInfo* GFX_GraphicsManager::GetTexture(const std::string& fileName) {
+    const TextureInfo* known = FindTexture(fileName);
+    // A texture made on another thread may seem to work, but no renderer promises it.
+    if (known != nullptr || !OnMainThread()) {
+        return known;
+    }
+    SDL_Texture* texture = LoadTexture(fileName.c_str());
+    if (texture == nullptr) {
+        return nullptr;
+    }
+    auto info = std::make_unique<TextureInfo>();
+    info->texture = texture;
+    SDL_QueryTexture(texture, nullptr, nullptr, &info->width, &info->height);
+    const MutexLock lock(registryLock);
+    return textures.insert_or_assign(fileName, std::move(info)).first->second.get();
+}
+
+SDL_Texture* GFX_GraphicsManager::LoadTexture(const char* fileName) {
+    assert(OnMainThread());
+    SDL_Texture* texture = IMG_LoadTexture(renderer, (GetDataPath() + fileName).c_str());
+    if (texture == nullptr) {
+        PrintSdlError("CreateTextureFromSurface");
+    }
+    return texture;
+}
+
+const Sprite* GFX_GraphicsManager::CreateSprite(const std::string& fileName, std::int32_t x,
+                                                std::int32_t y, std::int32_t w, std::int32_t h) {
+    const TextureInfo* info = GetTexture(fileName);
+    if (info == nullptr) {
+        return nullptr;
+    }
+    const MutexLock lock(registryLock);
+    return &sprites.emplace_back(Sprite{info, SDL_Rect{x, y, w, h}});
+}
+
+std::string GFX_GraphicsManager::GetDataPath() {
+    const std::int32_t mode = CMN_ConfigurationManager::GetInstance()->resourceMode;
+    return DataPath(GetBasePath(), mode, kPathSeparator);
+}

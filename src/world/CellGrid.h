@@ -1,0 +1,74 @@
+// Streams the 3 x 3 terrain cells and clusters around the player.
+//
+// Update runs on the main thread every tick; load jobs run on worker threads, at most one at a time
+// per slot. A slot that is re-targeted while its job waits or runs only gets a newer request: a job
+// that finds itself overtaken gives up what it has made and serves the newest request instead. The
+// slot lock guards what jobs and the main thread share; it is held for moments, never while a
+// dungeon is generated or anything is drawn. It comes before the entities' record locks and the
+// store's lock.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "common/Mutex.h"
+#include "gen/ClusterRecord.h"
+#include "gen/DungeonRecord.h"
+#include "world/CellSlot.h"
+
+class CellGrid {
+public:
+    static constexpr std::size_t kSlotCount = 9;
+
+    /// Follows the player (world units, y up): acquires the clusters around it on a change of
+    /// cluster, and asks for the cells that have come into reach on a change of cell. Main thread.
+    void Update(Vec2i playerPosition) VESK_EXCLUDES(slotLock);
+
+    /// Gives a slot its terrain entity. Main thread, before the first Update.
+    void SetEntity(std::size_t slot, TerrainCellEntity* entity) VESK_EXCLUDES(slotLock);
+
+    /// The terrain entity of a slot. Main thread.
+    TerrainCellEntity* GetEntity(std::size_t slot) const VESK_EXCLUDES(slotLock);
+
+    /// The terrain entity that shows the cell with these coordinates; null while none does. Any
+    /// thread.
+    TerrainCellEntity* FindLoaded(Vec2i cell) const VESK_EXCLUDES(slotLock);
+
+    /// The nine cluster records held, in block order; null before the first Update. Main thread.
+    const std::array<const ClusterRecord*, kSlotCount>& GetClusters() const { return clusters; }
+
+    /// Waits until no load is pending or running, at most so many milliseconds; false when one
+    /// still is. Any thread but a worker.
+    bool WaitForLoads(std::uint32_t milliseconds) VESK_EXCLUDES(slotLock);
+
+    /// A copy of a slot for inspection. Any thread.
+    CellSlot GetSlot(std::size_t slot) const VESK_EXCLUDES(slotLock);
+
+private:
+    using Spawned = std::vector<std::unique_ptr<IEntity>>;
+
+    void AcquireClusters(const GridKey& cluster);
+    void TargetCells(Vec2i center) VESK_EXCLUDES(slotLock);
+    std::int32_t LandFlag(const GridKey& cell) const;
+    bool Retarget(CellSlot& slot, CellRequest request) VESK_REQUIRES(slotLock);
+
+    void ServeRequests(CellSlot& slot) VESK_EXCLUDES(slotLock);
+    bool NextRequest(CellSlot& slot, CellRequest& request, std::uint32_t& number)
+        VESK_EXCLUDES(slotLock);
+    void LoadCell(CellSlot& slot, const CellRequest& request, std::uint32_t number)
+        VESK_EXCLUDES(slotLock);
+    bool UnloadCell(CellSlot& slot, std::uint32_t number) VESK_EXCLUDES(slotLock);
+
+    std::array<const ClusterRecord*, kSlotCount> clusters{}; ///< block order, row by row
+    GridKey lastClusterKey;
+    GridKey lastCellKey;
+    bool hasClusters = false;
+    bool hasCells = false;
+
+    mutable Mutex slotLock;
+    Condition settled; ///< broadcast when a slot's job ends
+    std::array<CellSlot, kSlotCount> slots VESK_GUARDED_BY(slotLock);
+};
