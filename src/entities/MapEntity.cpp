@@ -1,0 +1,197 @@
+#include "entities/MapEntity.h"
+
+#include "common/Mutex.h"
+#include "entities/PlayerEntity.h"
+#include "entities/TerrainCellEntity.h"
+#include "gfx/DrawColorScope.h"
+#include "gfx/GFX_GraphicsManager.h"
+#include "input/CMN_InputManager.h"
+#include "world/WorldManager.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+
+namespace {
+
+constexpr SDL_Color kBlue{0, 0, 255, 255};
+constexpr SDL_Color kBlack{0, 0, 0, 255};
+constexpr SDL_Color kGreen{0, 255, 0, 255};
+constexpr SDL_Color kWhite{255, 255, 255, 255};
+constexpr SDL_Color kYellow{255, 255, 0, 255};
+constexpr SDL_Color kOrange{255, 128, 0, 255};
+constexpr SDL_Color kRed{255, 0, 0, 255};
+
+constexpr float kZoomStep = 0.1f; // share of the zoom gained or lost in a tick
+constexpr std::int32_t kLabelRise = 50;
+constexpr std::int32_t kLabelWidth = 200;
+
+GFX_GraphicsManager& Graphics() {
+    return *GFX_GraphicsManager::GetInstance();
+}
+
+/// A world coordinate along one axis, `offset` world units from a cell's origin. Cells decoded from
+/// wrapped ids and cells on the edge of the world reach beyond 32 bits.
+float WorldCoordinate(std::int32_t cell, std::int32_t offset) {
+    return static_cast<float>(std::int64_t{cell} * kCellSize + offset);
+}
+
+Vec2f WorldPoint(Vec2i cell, Vec2i offset) {
+    return {WorldCoordinate(cell.x, offset.x), WorldCoordinate(cell.y, offset.y)};
+}
+
+/// The SDL rectangle (y down) of this size whose upper left corner is a window point (y up).
+SDL_Rect ScreenRect(Vec2i upperLeft, Vec2i size) {
+    return {upperLeft.x, SaturatingSub(Graphics().height, upperLeft.y), size.x, size.y};
+}
+
+/// A square of twice `reach` pixels around a window point (y up).
+SDL_Rect SquareAround(Vec2i point, std::int32_t reach) {
+    const Vec2i upperLeft{SaturatingSub(point.x, reach), SaturatingAdd(point.y, reach)};
+    return ScreenRect(upperLeft, {2 * reach, 2 * reach});
+}
+
+void Fill(const SDL_Rect& rect, const SDL_Color& color) {
+    GFX_GraphicsManager& graphics = Graphics();
+    const MutexLock lock(graphics.renderLock);
+    const DrawColorScope scope(graphics.renderer, color);
+    graphics.FillScreenRect(rect);
+}
+
+} // namespace
+
+MapEntity::MapEntity() {
+    const Vec2i window{Graphics().width, Graphics().height};
+    const Vec2i size = window * sizeFraction;
+    const Vec2i margin = (window - size) * 0.5f;
+    frame = {margin.x + size.x, margin.x, margin.y + size.y, margin.y, size.x, size.y};
+    center = margin + size * 0.5f;
+}
+
+Vec2i MapEntity::WorldToMap(Vec2i world) const {
+    return ToWindow(ToVec2f(world));
+}
+
+Vec2i MapEntity::ToWindow(Vec2f world) const {
+    const Vec2i offset = ToVec2i((world * worldToMap - pan) * zoom);
+    return {SaturatingAdd(offset.x, center.x), SaturatingAdd(offset.y, center.y)};
+}
+
+Vec2i MapEntity::GetCenterWorldPosition() const {
+    return ToVec2i(pan) * mapToWorld;
+}
+
+bool MapEntity::IsInFrame(Vec2i point) const {
+    return point.x >= frame.left && point.x <= frame.right && point.y >= frame.bottom &&
+           point.y <= frame.top;
+}
+
+void MapEntity::Update() {
+    const float speed = detailZoom > zoom ? fastPanSpeed : slowPanSpeed;
+    UpdateZoom();
+    UpdatePan(speed);
+}
+
+void MapEntity::UpdateZoom() {
+    if (zoom > maxZoom) {
+        return;
+    }
+    const CMN_InputManager& input = *CMN_InputManager::GetInstance();
+    zoom -= zoom * kZoomStep * input.ActionValue(InputAction::ZoomOut);
+    zoom += zoom * kZoomStep * input.ActionValue(InputAction::ZoomIn);
+    if (zoom > maxZoom) {
+        zoom = maxZoom;
+    }
+}
+
+// Far out a step falls below the pan's precision: it comes to a stop there and stays finite.
+void MapEntity::UpdatePan(float speed) {
+    const CMN_InputManager& input = *CMN_InputManager::GetInstance();
+    pan.y += input.ActionValue(InputAction::PanVertical) * speed;
+    pan.x += input.ActionValue(InputAction::PanHorizontal) * speed;
+}
+
+void MapEntity::Render() {
+    Graphics().FillRect(frame, kBlue);
+    Graphics().DrawRect(frame, kBlack);
+    if (detailZoom > zoom) {
+        RenderOverview();
+    } else {
+        RenderDetail();
+    }
+    RenderCross(center, 2, kYellow);
+    const Vec2i player = WorldToMap(WorldManager::GetInstance()->player->position);
+    if (IsInFrame(player)) {
+        RenderCross(player, 3, kRed);
+    }
+}
+
+void MapEntity::RenderOverview() const {
+    for (const ClusterRecord* cluster : WorldManager::GetInstance()->cellGrid.GetClusters()) {
+        if (cluster == nullptr) {
+            continue;
+        }
+        for (const auto& [id, land] : cluster->cells) {
+            if (land == 1) {
+                RenderCell(DecodeCellId(id));
+            }
+        }
+    }
+}
+
+void MapEntity::RenderCell(Vec2i cell) const {
+    const Vec2i point = ToWindow(WorldPoint(cell, {kCellSize / 2, kCellSize / 2}));
+    if (!IsInFrame(point)) {
+        return;
+    }
+    Fill(SquareAround(point, 5), kGreen);
+    std::array<char, 24> text{};
+    std::snprintf(text.data(), text.size(), "(%d,%d)", cell.x, cell.y);
+    const Rect label{point.x + kLabelWidth, point.x,    point.y + kLabelRise, point.y,
+                     kLabelWidth,           -kLabelRise};
+    Graphics().DrawText(text.data(), label, kWhite);
+}
+
+void MapEntity::RenderDetail() {
+    marks.clear();
+    const CellGrid& grid = WorldManager::GetInstance()->cellGrid;
+    for (std::size_t slot = 0; slot < CellGrid::kSlotCount; ++slot) {
+        grid.GetEntity(slot)->ReadDungeon([this](const GridKey& key, const DungeonRecord& record) {
+            AddDungeon({key.x, key.y}, record);
+        });
+    }
+    for (const Mark& mark : marks) {
+        Fill(mark.place, mark.color);
+    }
+}
+
+// Runs under a cell's record lock, so it only computes what is to be drawn afterwards.
+void MapEntity::AddDungeon(Vec2i cell, const DungeonRecord& record) {
+    for (const DungeonRoom& hallway : record.hallways) {
+        AddArea(cell, hallway, kYellow);
+    }
+    for (const std::int32_t room : record.mainRooms) {
+        AddArea(cell, record.rooms[static_cast<std::size_t>(room)], kGreen);
+    }
+    if (showCompasses) {
+        for (const Vec2i tile : record.compassPoints) {
+            const Vec2i point = ToWindow(WorldPoint(cell, tile * kTileSize));
+            marks.push_back({SquareAround(point, 2), kOrange});
+        }
+    }
+}
+
+void MapEntity::AddArea(Vec2i cell, const DungeonRoom& room, const SDL_Color& color) {
+    const Vec2i corner = ToWindow(WorldPoint(cell, room.minCorner * kTileSize));
+    const Vec2i size = ToVec2i(ToVec2f(Vec2i{room.w, room.h} * kTileSize) * (zoom * worldToMap));
+    const Vec2i upperLeft{corner.x, SaturatingAdd(corner.y, size.y)};
+    marks.push_back({ScreenRect(upperLeft, size), color});
+}
+
+void MapEntity::RenderCross(Vec2i point, std::int32_t reach, const SDL_Color& color) const {
+    const Vec2i across{reach, 0};
+    const Vec2i upright{0, reach};
+    Graphics().DrawLine(point - across, point + across, color);
+    Graphics().DrawLine(point - upright, point + upright, color);
+}

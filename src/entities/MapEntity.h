@@ -1,0 +1,70 @@
+// The world map: a panel over the middle of the window that shows the land cells of the clusters
+// around the player or, zoomed in, the dungeons of the loaded cells.
+//
+// Map units: a cell is 50 wide; at zoom 1 a map unit is a window pixel. Window points here have y
+// up. The world manager owns the map, which is active only in map mode. Main thread; generated
+// records are read in place where the main thread holds them and copied where load jobs may change
+// them.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <SDL_pixels.h>
+#include <SDL_rect.h>
+
+#include "gen/DungeonRecord.h"
+#include "gen/GridKey.h"
+#include "gfx/Rect.h"
+#include "gfx/Vec2.h"
+#include "world/IEntity.h"
+
+class MapEntity : public IEntity {
+public:
+    /// Takes its place from the window's size; the graphics manager must be there.
+    MapEntity();
+
+    void Update() override;
+    void Render() override;
+
+    /// Where a world point (world units) appears in the window.
+    Vec2i WorldToMap(Vec2i world) const;
+
+    /// The world point under the map's centre, in world units, at whole map units.
+    Vec2i GetCenterWorldPosition() const;
+
+    float sizeFraction = 0.8f; ///< the panel's share of the window, per axis
+    Rect frame;                ///< the panel
+    Vec2i center;              ///< the window point that shows `pan`
+    bool showCompasses = false;
+    float zoom = 1.0f; ///< window pixels per map unit
+    float maxZoom = 5.0f;
+    float detailZoom = 4.0f;    ///< from here up dungeons are shown, and panning is slow
+    Vec2f pan;                  ///< map units
+    float fastPanSpeed = 10.0f; ///< map units per tick
+    float slowPanSpeed = 2.0f;  ///< map units per tick
+    float cellPixels = 50.0f;   ///< map units per cell
+    float worldToMap = cellPixels / static_cast<float>(kCellSize);
+    float mapToWorld = static_cast<float>(kCellSize) / cellPixels;
+
+private:
+    /// A filled rectangle of the detailed view, in SDL window coordinates (y down).
+    struct Mark {
+        SDL_Rect place;
+        SDL_Color color;
+    };
+
+    void UpdateZoom();
+    void UpdatePan(float speed);
+    void RenderOverview() const;
+    void RenderCell(Vec2i cell) const;
+    void RenderDetail();
+    void AddDungeon(Vec2i cell, const DungeonRecord& record);
+    void AddArea(Vec2i cell, const DungeonRoom& room, const SDL_Color& color);
+    void RenderCross(Vec2i point, std::int32_t reach, const SDL_Color& color) const;
+
+    Vec2i ToWindow(Vec2f world) const;
+    bool IsInFrame(Vec2i point) const;
+
+    std::vector<Mark> marks; ///< reused by every detailed view
+};

@@ -1,0 +1,31 @@
+// Callbacks that a widget calls when something happens to it, in the order added. Main thread;
+// owned by the widget.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <utility>
+#include <vector>
+
+template <typename Widget>
+class UIF_CallbackList {
+public:
+    using Callback = std::function<void(Widget*)>;
+
+    /// Appends a callback, which must not be empty.
+    void AddCallback(Callback callback) { callbacks.push_back(std::move(callback)); }
+
+    /// Calls every callback with this widget. A callback may add others to this list; they are
+    /// called from the next time on.
+    void Call(Widget* widget) const {
+        const std::size_t count = callbacks.size();
+        for (std::size_t i = 0; i < count; ++i) {
+            // A copy: an addition may move the stored callback while it runs.
+            const Callback callback = callbacks[i];
+            callback(widget);
+        }
+    }
+
+private:
+    std::vector<Callback> callbacks;
+};
