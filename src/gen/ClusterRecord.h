@@ -1,14 +1,14 @@
 // Which of a cluster's 16 x 16 cells hold land. Plain data: the world data store owns every record.
 #pragma once
 
-#include <cstdint>
 #include <map>
 #include <vector>
 
+#include "gen/CellFlagMap.h"
 #include "gen/GridKey.h"
 
 struct ClusterRecord {
-    std::map<std::int32_t, std::int32_t> cells; ///< cell id -> 1 land, 0 sea; 256 once generated
+    CellFlagMap cells; ///< cell id -> 1 land, 0 sea; 256 once generated
     GridKey key;
 };
 

@@ -10,10 +10,10 @@
 #include "common/Arithmetic.h"
 #include "gfx/Vec2.h"
 
-inline constexpr std::int32_t kTileSize = 24;                    // world units
-inline constexpr std::int32_t kCellTiles = 512;                  // tiles along a cell's side
+inline constexpr std::int32_t kTileSize = 24;                     // world units
+inline constexpr std::int32_t kCellTiles = 512;                   // tiles along a cell's side
 inline constexpr std::int32_t kCellSize = kTileSize * kCellTiles; // world units
-inline constexpr std::int32_t kClusterCells = 16;                // cells along a cluster's side
+inline constexpr std::int32_t kClusterCells = 16;                 // cells along a cluster's side
 
 inline constexpr std::int32_t kCellIdFactor = 1048560; // 16 * 65535
 inline constexpr std::int32_t kClusterIdFactor = 65535;
@@ -38,10 +38,14 @@ constexpr GridKey ClusterKey(Vec2i cluster) {
 }
 
 /// The key of the cell that holds a world position (world units, y up).
-constexpr GridKey CellKeyAt(Vec2i world) { return CellKey(world / kCellSize); }
+constexpr GridKey CellKeyAt(Vec2i world) {
+    return CellKey(world / kCellSize);
+}
 
 /// The key of the cluster that holds the cell with these cell coordinates.
-constexpr GridKey ClusterKeyOfCell(Vec2i cell) { return ClusterKey(cell / kClusterCells); }
+constexpr GridKey ClusterKeyOfCell(Vec2i cell) {
+    return ClusterKey(cell / kClusterCells);
+}
 
 /// Cell coordinates from a cell id. Not the inverse of CellKey where x leaves the packing range.
 constexpr Vec2i DecodeCellId(std::int32_t id) {
@@ -56,4 +60,6 @@ constexpr Vec2i DecodeClusterId(std::int32_t id) {
 }
 
 /// World position of a cell's lower left corner (world units, y up, wrapping).
-constexpr Vec2i CellOrigin(Vec2i cell) { return cell * kCellSize; }
+constexpr Vec2i CellOrigin(Vec2i cell) {
+    return cell * kCellSize;
+}

@@ -1,0 +1,16 @@
+// Second half of a dungeon: the corridors and the tiles.
+//
+// Steps of the dungeon generator that follow those of DungeonRooms.h, under the same rules: no
+// state, one record of the calling thread's own, tiles of the cell, x to the right, y up.
+#pragma once
+
+#include "gen/DungeonRecord.h"
+
+/// Fills `hallways` from `hallwayEdges`: one straight corridor, three tiles wide, where the middle
+/// between the two centres lies beside both rooms, otherwise two that form an L. A corridor of an L
+/// can come out with a negative width or height; it covers no tile.
+void BuildHallways(DungeonRecord& record);
+
+/// Paints the corridors and then, over them, the main rooms. The tiles must be 0 before. Whatever
+/// lies outside the cell's 512 x 512 tiles is left out.
+void PaintTiles(DungeonRecord& record);
