@@ -14,8 +14,6 @@
 #include <SDL_image.h>
 #include <SDL_ttf.h>
 
-#include <thread>
-
 namespace {
 
 constexpr std::uint32_t kTickInterval = 16; // ms
@@ -33,14 +31,12 @@ bool TickIsDue(const CMN_TimeManager& time) {
 
 } // namespace
 
-bool StartUp() { return StartUp(std::thread::hardware_concurrency()); }
-
-bool StartUp(std::uint32_t hardwareThreads) {
+bool StartUp(const StartOptions& options) {
     SDLManager::GetInstance();
     InitLibraries();
     GEN_DungeonGenerator::GetInstance();
-    CMN_TaskManager::GetInstance()->Init(hardwareThreads);
-    CMN_ConfigurationManager::GetInstance()->Load();
+    CMN_TaskManager::GetInstance()->Init(options.hardwareThreads);
+    CMN_ConfigurationManager::GetInstance()->Load(options.configurationFile);
     if (!GFX_GraphicsManager::GetInstance()->Init()) {
         return false;
     }

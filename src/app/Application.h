@@ -6,13 +6,19 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
+#include <thread>
+
+#include "common/BasePath.h"
+
+struct StartOptions {
+    std::uint32_t hardwareThreads = std::thread::hardware_concurrency();
+    std::string configurationFile = GetBasePath() + "vesk.ini";
+};
 
 /// Creates the managers and opens the window. False when the window cannot be opened: a line has
 /// been printed, and nothing is torn down.
-bool StartUp();
-
-/// The same with the worker pool of a machine with this many hardware threads.
-bool StartUp(std::uint32_t hardwareThreads);
+bool StartUp(const StartOptions& options = {});
 
 /// True once the user has asked to quit.
 bool QuitRequested();

@@ -47,7 +47,9 @@ constexpr std::int32_t Truncate(double value) {
 }
 
 /// Truncates toward zero, as above. A float converts to double without loss.
-constexpr std::int32_t Truncate(float value) { return Truncate(static_cast<double>(value)); }
+constexpr std::int32_t Truncate(float value) {
+    return Truncate(static_cast<double>(value));
+}
 
 /// The nearest float; values beyond its range become its largest finite value, NaN stays NaN.
 constexpr float NarrowToFloat(double value) {

@@ -1,7 +1,6 @@
 #include "common/CMN_ConfigurationManager.h"
 
 #include "common/Arithmetic.h"
-#include "common/BasePath.h"
 #include "common/Portability.h"
 
 // The library wants one of its character conversions named; the file is read as plain bytes.
@@ -10,9 +9,7 @@
 
 #include <cstdio>
 
-bool CMN_ConfigurationManager::Load() { return LoadFrom(GetBasePath() + "vesk.ini"); }
-
-bool CMN_ConfigurationManager::LoadFrom(const std::string& path) {
+bool CMN_ConfigurationManager::Load(const std::string& path) {
     CSimpleIniA ini;
     std::FILE* file = nullptr;
     if (OpenFile(&file, path, "rb") == 0) {

@@ -17,10 +17,7 @@ public:
     std::int32_t startPosY = 0;    ///< world units, y up
     float startZoom = 0.0f;        ///< window pixels per world unit
 
-    /// Reads "vesk.ini" from the executable's directory. Always true: a missing file, key or valid
-    /// value gives the default.
-    bool Load();
-
-    /// The same from a given file.
-    bool LoadFrom(const std::string& path);
+    /// Reads a file, "vesk.ini" in the executable's directory for the game itself. Always true: a
+    /// missing file, key or valid value gives the default.
+    bool Load(const std::string& path);
 };

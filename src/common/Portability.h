@@ -13,7 +13,8 @@ inline constexpr char kPathSeparator = '/';
 #endif
 
 /// Opens a file as fopen_s does: 0 on success, an error number otherwise, *file null then. A
-/// directory counts as an error on every system. The caller owns the file and closes it with fclose.
+/// directory counts as an error on every system. The caller owns the file and closes it with
+/// fclose.
 int OpenFile(std::FILE** file, const std::string& path, const char* mode);
 
 /// True when both texts are equal but for the case of ASCII letters.

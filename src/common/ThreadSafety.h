@@ -1,4 +1,5 @@
-// Lock annotations that clang checks at compile time (-Wthread-safety); other compilers see nothing.
+// Lock annotations that clang checks at compile time (-Wthread-safety); other compilers see
+// nothing.
 //
 // A field names the lock that guards it, a function the locks that its caller must or must not
 // hold. Attributes cannot be spelled by a function, hence the macros.

@@ -1,6 +1,6 @@
 // The view: the world point at the window's centre and the magnification. It follows its target
-// with a dead zone and zooms with the player's input. Main thread; owned by the world manager, in no
-// drawing layer.
+// with a dead zone and zooms with the player's input. Main thread; owned by the world manager, in
+// no drawing layer.
 #pragma once
 
 #include "world/IEntity.h"

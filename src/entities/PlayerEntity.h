@@ -1,13 +1,15 @@
 // The player's ship and, on land, the player on foot.
 //
 // Moves from tile centre to tile centre in four directions. Sailing onto land leaves the ship
-// anchored on the last water tile; only that tile leads back to the water. Main thread; owned by the
-// world manager.
+// anchored on the last water tile; only that tile leads back to the water. Main thread; owned by
+// the world manager.
 #pragma once
 
 #include <array>
 #include <cstdint>
+#include <vector>
 
+#include "gen/GridKey.h"
 #include "gfx/Sprite.h"
 #include "world/IEntity.h"
 
@@ -26,27 +28,26 @@ public:
     void Update() override;
     void Render() override;
 
-    float waterSpeed = 1200.0f; ///< world units per second
-    float landSpeed = 120.0f;   ///< world units per second
-    std::int32_t direction = 3; ///< 0 up, 1 down, 2 left, 3 right
+    float waterSpeed = 1200.0f;                 ///< world units per second
+    float landSpeed = 120.0f;                   ///< world units per second
+    std::int32_t direction = 3;                 ///< 0 up, 1 down, 2 left, 3 right
     std::array<const Sprite*, 4> shipSprites{}; ///< by direction
     std::array<const Sprite*, 4> walkSprites{}; ///< by direction
-    Vec2f exactPosition;        ///< world units; `position` is its truncation
-    Vec2i targetTile;           ///< centre of the tile the move goes to, world units
-    Vec2f moveVector;           ///< unit vector of the move
-    std::uint8_t tileType = 0;  ///< tile value the player is on
+    Vec2f exactPosition;                        ///< world units; `position` is its truncation
+    Vec2i targetTile;          ///< centre of the tile the move goes to, world units
+    Vec2f moveVector;          ///< unit vector of the move
+    std::uint8_t tileType = 0; ///< tile value the player is on
     std::int32_t mode = kSailing;
     float speed = 0.0f; ///< world units per second
     bool idle = true;
 
 private:
     bool IsOnTileCenter() const;
-    bool ChooseMove(Vec2i& step);
-    void StartMove(Vec2i step);
+    void StartMove(std::int32_t heading);
     void EnterTile(std::uint8_t tile);
     void BoardShip();
     void LeaveShip();
     void Advance();
     void RenderInfo() const;
-    void RenderNeighborLinks() const;
+    static void RenderNeighborLinks(Vec2i from, const std::vector<GridKey>& neighbors);
 };

@@ -3,8 +3,8 @@
 //
 // The world manager owns nine for the whole run, one per streamed slot. Load jobs set an entity up
 // for another cell while it is inactive; the record lock, held for moments only, guards what they
-// change. An active entity is set up anew only after the main thread has deactivated it, so while it
-// is drawn its dungeon stays valid without the lock.
+// change. An active entity is set up anew only after the main thread has deactivated it, so while
+// it is drawn its dungeon stays valid without the lock.
 #pragma once
 
 #include <array>
@@ -22,8 +22,8 @@ public:
     /// What the entity shows, taken in one moment.
     struct View {
         GridKey key;
-        std::uint32_t occupied = 0;       ///< 1 when the cell holds land
-        std::array<Vec2i, 4> corners{};   ///< world units: origin, up, up-right, right
+        std::uint32_t occupied = 0;             ///< 1 when the cell holds land
+        std::array<Vec2i, 4> corners{};         ///< world units: origin, up, up-right, right
         const DungeonRecord* dungeon = nullptr; ///< null for a cell without land; not owned
     };
 
@@ -60,7 +60,7 @@ public:
 
 private:
     void RenderTiles(const View& cell) const;
-    void RenderOverlays(const View& cell) const;
+    static void RenderOverlays(const View& cell);
 
     std::array<const Sprite*, 3> tileSprites{}; ///< by tile value
     mutable Mutex recordLock;

@@ -14,7 +14,9 @@ struct Interval {
     std::int64_t high; // exclusive
 };
 
-bool Overlaps(Interval a, std::int32_t size) { return a.low < size && a.high > 0; }
+bool Overlaps(Interval a, std::int32_t size) {
+    return a.low < size && a.high > 0;
+}
 
 Interval FillExtent(std::int32_t start, std::int32_t length) {
     return {start, std::int64_t{start} + length};
@@ -31,7 +33,8 @@ bool IsNear(Vec2i point, Vec2i windowSize) {
            point.y <= std::int64_t{windowSize.y} + kLineMargin;
 }
 
-// The part [enter, leave] of a line, as fractions of its length, that lies inside every edge so far.
+// The part [enter, leave] of a line, as fractions of its length, that lies inside every edge so
+// far.
 struct Visible {
     double enter = 0.0;
     double leave = 1.0;

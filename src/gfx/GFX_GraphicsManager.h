@@ -7,8 +7,8 @@
 //
 // Two coordinate systems in window pixels: y up from the bottom edge (Rect, DrawRect, FillRect,
 // DrawLine, DrawText) and SDL's, y down from the top edge (WorldToScreen's result, DrawTextAt,
-// DrawTextureCentered, DrawScreenLine, OutlineScreenRect, FillScreenRect). World points are in world
-// units, y up.
+// DrawTextureCentered, DrawScreenLine, OutlineScreenRect, FillScreenRect). World points are in
+// world units, y up.
 #pragma once
 
 #include <cstdint>

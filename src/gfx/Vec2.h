@@ -22,9 +22,13 @@ struct Vec2f {
     friend constexpr bool operator==(const Vec2f&, const Vec2f&) = default;
 };
 
-constexpr Vec2i operator+(Vec2i a, Vec2i b) { return {WrapAdd(a.x, b.x), WrapAdd(a.y, b.y)}; }
+constexpr Vec2i operator+(Vec2i a, Vec2i b) {
+    return {WrapAdd(a.x, b.x), WrapAdd(a.y, b.y)};
+}
 
-constexpr Vec2i operator-(Vec2i a, Vec2i b) { return {WrapSub(a.x, b.x), WrapSub(a.y, b.y)}; }
+constexpr Vec2i operator-(Vec2i a, Vec2i b) {
+    return {WrapSub(a.x, b.x), WrapSub(a.y, b.y)};
+}
 
 /// Scales by an integer, wrapping.
 constexpr Vec2i operator*(Vec2i v, std::int32_t factor) {
@@ -41,13 +45,23 @@ constexpr Vec2i operator/(Vec2i v, std::int32_t divisor) {
     return {v.x / divisor, v.y / divisor};
 }
 
-constexpr Vec2f operator+(Vec2f a, Vec2f b) { return {a.x + b.x, a.y + b.y}; }
+constexpr Vec2f operator+(Vec2f a, Vec2f b) {
+    return {a.x + b.x, a.y + b.y};
+}
 
-constexpr Vec2f operator-(Vec2f a, Vec2f b) { return {a.x - b.x, a.y - b.y}; }
+constexpr Vec2f operator-(Vec2f a, Vec2f b) {
+    return {a.x - b.x, a.y - b.y};
+}
 
-constexpr Vec2f operator*(Vec2f v, float factor) { return {v.x * factor, v.y * factor}; }
+constexpr Vec2f operator*(Vec2f v, float factor) {
+    return {v.x * factor, v.y * factor};
+}
 
-constexpr Vec2f ToVec2f(Vec2i v) { return {static_cast<float>(v.x), static_cast<float>(v.y)}; }
+constexpr Vec2f ToVec2f(Vec2i v) {
+    return {static_cast<float>(v.x), static_cast<float>(v.y)};
+}
 
 /// Truncates each axis toward zero, saturating.
-constexpr Vec2i ToVec2i(Vec2f v) { return {Truncate(v.x), Truncate(v.y)}; }
+constexpr Vec2i ToVec2i(Vec2f v) {
+    return {Truncate(v.x), Truncate(v.y)};
+}

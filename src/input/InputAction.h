@@ -27,4 +27,6 @@ enum class InputAction : std::uint8_t {
 
 inline constexpr std::size_t kInputActionCount = 18;
 
-constexpr std::size_t Index(InputAction action) { return static_cast<std::size_t>(action); }
+constexpr std::size_t Index(InputAction action) {
+    return static_cast<std::size_t>(action);
+}

@@ -52,15 +52,25 @@ private:
 
     void AcquireClusters(const GridKey& cluster);
     void TargetCells(Vec2i center) VESK_EXCLUDES(slotLock);
+    void RequestCell(CellSlot& slot, const GridKey& cell) VESK_EXCLUDES(slotLock);
     std::int32_t LandFlag(const GridKey& cell) const;
-    bool Retarget(CellSlot& slot, CellRequest request) VESK_REQUIRES(slotLock);
 
+    /// Makes this the slot's newest request and hides what it shows; true when the slot has no job
+    /// yet that would serve it.
+    bool Retarget(CellSlot& slot, CellRequest request) VESK_EXCLUDES(slotLock);
+
+    // The parts of a load job, on a worker thread.
     void ServeRequests(CellSlot& slot) VESK_EXCLUDES(slotLock);
     bool NextRequest(CellSlot& slot, CellRequest& request, std::uint32_t& number)
         VESK_EXCLUDES(slotLock);
     void LoadCell(CellSlot& slot, const CellRequest& request, std::uint32_t number)
         VESK_EXCLUDES(slotLock);
-    bool UnloadCell(CellSlot& slot, std::uint32_t number) VESK_EXCLUDES(slotLock);
+    void UnloadCell(CellSlot& slot) VESK_EXCLUDES(slotLock);
+
+    /// Brings a loaded cell into its slot; false, with nothing changed, when the request has been
+    /// overtaken.
+    bool Commit(CellSlot& slot, const CellRequest& request, std::uint32_t number,
+                const DungeonRecord* dungeon, const Spawned& made) VESK_EXCLUDES(slotLock);
 
     std::array<const ClusterRecord*, kSlotCount> clusters{}; ///< block order, row by row
     GridKey lastClusterKey;

@@ -21,10 +21,10 @@ struct CellRequest {
 struct CellSlot {
     Vec2i coords{-1, -1};                    ///< the cell that is loaded; (-1, -1) for none
     TerrainCellEntity* cellEntity = nullptr; ///< owned by the world manager
-    std::vector<IEntity*> spawned; ///< made for the loaded cell, in order; not owned here
+    std::vector<IEntity*> spawned;           ///< made for the loaded cell, in order; not owned here
 
-    Vec2i target{-1, -1};  ///< the cell that is loaded or asked for
-    CellRequest request;   ///< the latest
+    Vec2i target{-1, -1};     ///< the cell that is loaded or asked for
+    CellRequest request;      ///< the latest
     std::uint32_t asked = 0;  ///< number of the latest request
     std::uint32_t served = 0; ///< number of the request that was last carried out
     bool busy = false;        ///< a job for this slot is queued or running

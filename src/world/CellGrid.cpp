@@ -1,0 +1,253 @@
+#include "world/CellGrid.h"
+
+#include "common/CMN_TaskManager.h"
+#include "entities/CompassEntity.h"
+#include "entities/DumbEnemy.h"
+#include "entities/TerrainCellEntity.h"
+#include "world/ASM_AssetManager.h"
+#include "world/WorldManager.h"
+
+#include <algorithm>
+#include <cassert>
+#include <chrono>
+#include <utility>
+
+namespace {
+
+// The centre of a tile of a dungeon (tile units) in the world.
+Vec2i TileCenter(const GridKey& cell, Vec2i tile) {
+    constexpr Vec2i half{kTileSize / 2, kTileSize / 2};
+    return CellOrigin({cell.x, cell.y}) + half + tile * kTileSize;
+}
+
+std::vector<std::unique_ptr<IEntity>> MakeEntities(const GridKey& cell,
+                                                   const DungeonRecord& dungeon) {
+    std::vector<std::unique_ptr<IEntity>> made;
+    for (const std::int32_t room : dungeon.mainRooms) {
+        for (const Vec2i& point : dungeon.rooms[static_cast<std::size_t>(room)].spawnPoints) {
+            auto enemy = std::make_unique<DumbEnemy>();
+            enemy->Init(TileCenter(cell, point));
+            made.push_back(std::move(enemy));
+        }
+    }
+    std::int32_t index = 0;
+    for (const Vec2i& point : dungeon.compassPoints) {
+        auto marker = std::make_unique<CompassEntity>();
+        marker->Init(index, TileCenter(cell, point));
+        made.push_back(std::move(marker));
+        ++index;
+    }
+    return made;
+}
+
+} // namespace
+
+void CellGrid::SetEntity(std::size_t slot, TerrainCellEntity* entity) {
+    const MutexLock lock(slotLock);
+    slots[slot].cellEntity = entity;
+}
+
+TerrainCellEntity* CellGrid::GetEntity(std::size_t slot) const {
+    const MutexLock lock(slotLock);
+    return slots[slot].cellEntity;
+}
+
+CellSlot CellGrid::GetSlot(std::size_t slot) const {
+    const MutexLock lock(slotLock);
+    return slots[slot];
+}
+
+TerrainCellEntity* CellGrid::FindLoaded(Vec2i cell) const {
+    const MutexLock lock(slotLock);
+    for (const CellSlot& slot : slots) {
+        // A slot that is being re-targeted no longer counts as holding its former cell.
+        if (slot.coords == cell && slot.cellEntity != nullptr && slot.cellEntity->active) {
+            return slot.cellEntity;
+        }
+    }
+    return nullptr;
+}
+
+void CellGrid::Update(Vec2i playerPosition) {
+    const GridKey cell = CellKeyAt(playerPosition);
+    const GridKey cluster = ClusterKeyOfCell({cell.x, cell.y});
+    if (!hasClusters || cluster.id != lastClusterKey.id) {
+        AcquireClusters(cluster);
+        lastClusterKey = cluster;
+        hasClusters = true;
+    }
+    if (!hasCells || cell.id != lastCellKey.id) {
+        lastCellKey = cell;
+        hasCells = true;
+        TargetCells({cell.x, cell.y});
+    }
+}
+
+void CellGrid::AcquireClusters(const GridKey& cluster) {
+    ASM_AssetManager& store = *ASM_AssetManager::GetInstance();
+    std::vector<GridKey> former;
+    std::size_t entry = 0;
+    for (std::int32_t dy = -1; dy <= 1; ++dy) {
+        for (std::int32_t dx = -1; dx <= 1; ++dx) {
+            if (clusters[entry] != nullptr) {
+                former.push_back(clusters[entry]->key);
+            }
+            clusters[entry] =
+                store.AcquireCluster(ClusterKey(Vec2i{cluster.x, cluster.y} + Vec2i{dx, dy}));
+            ++entry;
+        }
+    }
+    // Released after the new ones are held, so that a cluster in both blocks stays in use.
+    for (const GridKey& key : former) {
+        store.ReleaseCluster(key);
+    }
+    store.RebuildNeighbors(clusters.data(), static_cast<std::int32_t>(clusters.size()));
+}
+
+void CellGrid::TargetCells(Vec2i center) {
+    std::vector<CellSlot*> freeSlots;
+    std::vector<Vec2i> cellsToLoad;
+    {
+        const MutexLock lock(slotLock);
+        for (CellSlot& slot : slots) {
+            freeSlots.push_back(&slot);
+        }
+        for (std::int32_t dx = -1; dx <= 1; ++dx) {
+            for (std::int32_t dy = -1; dy <= 1; ++dy) {
+                const Vec2i wanted = center + Vec2i{dx, dy};
+                const auto holder =
+                    std::find_if(freeSlots.begin(), freeSlots.end(),
+                                 [&](const CellSlot* slot) { return slot->target == wanted; });
+                if (holder != freeSlots.end()) {
+                    freeSlots.erase(holder);
+                } else if (wanted.x >= 0 && wanted.y >= 0) {
+                    cellsToLoad.push_back(wanted);
+                }
+            }
+        }
+    }
+    for (std::size_t i = 0; i < cellsToLoad.size(); ++i) {
+        RequestCell(*freeSlots[i], CellKey(cellsToLoad[i]));
+    }
+}
+
+void CellGrid::RequestCell(CellSlot& slot, const GridKey& cell) {
+    CellRequest request{cell, LandFlag(cell), {}};
+    if (request.land == 1) {
+        request.neighbors = ASM_AssetManager::GetInstance()->GetNeighbors(cell);
+    }
+    if (Retarget(slot, std::move(request))) {
+        CMN_TaskManager::GetInstance()->AddTask([this, &slot] { ServeRequests(slot); });
+    }
+}
+
+std::int32_t CellGrid::LandFlag(const GridKey& cell) const {
+    const std::int32_t clusterId = ClusterKeyOfCell({cell.x, cell.y}).id;
+    for (const ClusterRecord* cluster : clusters) {
+        if (cluster != nullptr && cluster->key.id == clusterId) {
+            const auto flag = cluster->cells.find(cell.id);
+            return flag == cluster->cells.end() ? 0 : flag->second;
+        }
+    }
+    return 0;
+}
+
+bool CellGrid::Retarget(CellSlot& slot, CellRequest request) {
+    const MutexLock lock(slotLock);
+    slot.cellEntity->active = false;
+    for (IEntity* entity : slot.spawned) {
+        entity->active = false;
+    }
+    slot.target = {request.cell.x, request.cell.y};
+    slot.request = std::move(request);
+    ++slot.asked;
+    return !std::exchange(slot.busy, true);
+}
+
+void CellGrid::ServeRequests(CellSlot& slot) {
+    CellRequest request;
+    std::uint32_t number = 0;
+    while (NextRequest(slot, request, number)) {
+        LoadCell(slot, request, number);
+    }
+}
+
+bool CellGrid::NextRequest(CellSlot& slot, CellRequest& request, std::uint32_t& number) {
+    const MutexLock lock(slotLock);
+    if (slot.served == slot.asked) {
+        slot.busy = false;
+        settled.Broadcast();
+        return false;
+    }
+    request = slot.request;
+    number = slot.asked;
+    return true;
+}
+
+void CellGrid::LoadCell(CellSlot& slot, const CellRequest& request, std::uint32_t number) {
+    assert(request.cell.x >= 0 && request.cell.y >= 0);
+    UnloadCell(slot);
+    const DungeonRecord* dungeon = nullptr;
+    Spawned made;
+    if (request.land == 1) {
+        dungeon =
+            ASM_AssetManager::GetInstance()->AcquireDungeon(request.cell, request.neighbors.size());
+        made = MakeEntities(request.cell, *dungeon);
+    }
+    if (!Commit(slot, request, number, dungeon, made)) {
+        if (dungeon != nullptr) {
+            ASM_AssetManager::GetInstance()->ReleaseDungeon(request.cell.id);
+        }
+        return;
+    }
+    // No other job of this slot can queue their removal before this one has ended.
+    for (std::unique_ptr<IEntity>& entity : made) {
+        WorldManager::GetInstance()->QueueEntity(std::move(entity), kSpawnedLayer);
+    }
+}
+
+void CellGrid::UnloadCell(CellSlot& slot) {
+    std::vector<IEntity*> former;
+    {
+        const MutexLock lock(slotLock);
+        slot.cellEntity->active = false;
+        former.swap(slot.spawned);
+    }
+    for (IEntity* entity : former) {
+        WorldManager::GetInstance()->QueueCallback(
+            [entity] { WorldManager::GetInstance()->RemoveEntity(entity); });
+    }
+}
+
+bool CellGrid::Commit(CellSlot& slot, const CellRequest& request, std::uint32_t number,
+                      const DungeonRecord* dungeon, const Spawned& made) {
+    const MutexLock lock(slotLock);
+    if (slot.asked != number) {
+        return false;
+    }
+    slot.served = number;
+    slot.coords = {request.cell.x, request.cell.y};
+    for (const std::unique_ptr<IEntity>& entity : made) {
+        slot.spawned.push_back(entity.get());
+    }
+    slot.cellEntity->Setup(request.cell, static_cast<std::uint32_t>(request.land),
+                           request.neighbors, dungeon);
+    slot.cellEntity->active = true;
+    return true;
+}
+
+bool CellGrid::WaitForLoads(std::uint32_t milliseconds) {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(milliseconds);
+    const MutexLock lock(slotLock);
+    while (
+        std::any_of(slots.begin(), slots.end(), [](const CellSlot& slot) { return slot.busy; })) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
+        if (left <= 0) {
+            return false;
+        }
+        settled.WaitFor(slotLock, static_cast<std::uint32_t>(left));
+    }
+    return true;
+}

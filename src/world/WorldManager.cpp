@@ -1,0 +1,214 @@
+#include "world/WorldManager.h"
+
+#include "common/CMN_ConfigurationManager.h"
+#include "entities/AnchoredBoatEntity.h"
+#include "entities/CameraEntity.h"
+#include "entities/HudEntity.h"
+#include "entities/MapEntity.h"
+#include "entities/PlayerEntity.h"
+#include "entities/TerrainCellEntity.h"
+#include "gfx/GFX_GraphicsManager.h"
+#include "input/CMN_InputManager.h"
+#include "ui/DebugMenuEntity.h"
+#include "world/ASM_AssetManager.h"
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+namespace {
+
+constexpr float kMinStartZoom = 0.01f;
+constexpr float kMaxStartZoom = 10.0f;
+
+} // namespace
+
+WorldManager::WorldManager() = default;
+
+WorldManager::~WorldManager() {
+    entities.clear();
+    ownedCamera.reset();
+    const MutexLock lock(callbackLock);
+    callbacks.clear();
+    arriving.clear();
+}
+
+bool WorldManager::Init() {
+    InitTerrainCells();
+
+    auto boat = std::make_unique<AnchoredBoatEntity>();
+    anchoredBoat = boat.get();
+    anchoredBoat->Init();
+    anchoredBoat->active = false;
+    AddEntity(boat.release(), kPlayerLayer);
+
+    InitPlayer();
+    InitCamera();
+
+    auto worldMap = std::make_unique<MapEntity>();
+    map = worldMap.get();
+    map->active = false;
+    AddEntity(worldMap.release(), kMapLayer);
+
+    auto menu = std::make_unique<DebugMenuEntity>();
+    debugMenu = menu.get();
+    debugMenu->active = false;
+    AddEntity(menu.release(), kMenuLayer);
+
+    auto hud = std::make_unique<HudEntity>();
+    hud->Init();
+    AddEntity(hud.release(), kHudLayer);
+    return true;
+}
+
+void WorldManager::InitTerrainCells() {
+    for (std::size_t slot = 0; slot < CellGrid::kSlotCount; ++slot) {
+        TerrainCellEntity* entity = CreateTerrainCellEntity();
+        entity->active = false;
+        cellGrid.SetEntity(slot, entity);
+    }
+}
+
+void WorldManager::InitPlayer() {
+    const CMN_ConfigurationManager& config = *CMN_ConfigurationManager::GetInstance();
+    auto ship = std::make_unique<PlayerEntity>();
+    player = ship.get();
+    player->Init();
+    player->PlaceAt({config.startPosX, config.startPosY});
+    AddEntity(ship.release(), kPlayerLayer);
+}
+
+void WorldManager::InitCamera() {
+    const float startZoom = CMN_ConfigurationManager::GetInstance()->startZoom;
+    ownedCamera = std::make_unique<CameraEntity>();
+    camera = ownedCamera.get();
+    if (startZoom >= kMinStartZoom && startZoom <= kMaxStartZoom) {
+        camera->zoom = startZoom;
+    }
+    camera->target = player;
+}
+
+void WorldManager::Update() {
+    ApplyToggles();
+    cellGrid.Update(player->position);
+    const MutexLock lock(worldLock);
+    UpdateEntities();
+    camera->Update();
+    DrainCallbacks();
+}
+
+void WorldManager::ApplyToggles() {
+    const CMN_InputManager& input = *CMN_InputManager::GetInstance();
+    if (input.IsPressed(InputAction::DebugMenu)) {
+        debugMenu->active = !debugMenu->active;
+    }
+    if (input.IsPressed(InputAction::Map)) {
+        ToggleMap();
+    }
+}
+
+void WorldManager::ToggleMap() {
+    mapMode = mapMode == 0 ? 1 : 0;
+    map->active = mapMode == 1;
+    if (mapMode == 1) {
+        map->pan = ToVec2f(player->position) * map->worldToMap;
+    }
+}
+
+void WorldManager::UpdateEntities() {
+    const std::size_t count = entities.size(); // what is added meanwhile waits for the next tick
+    for (std::size_t i = 0; i < count; ++i) {
+        if (entities[i]->active) {
+            entities[i]->Update();
+        }
+    }
+}
+
+void WorldManager::DrainCallbacks() {
+    const MutexLock lock(callbackLock);
+    draining = true;
+    for (const std::function<void()>& callback : callbacks) {
+        callback();
+    }
+    callbacks.clear();
+    for (std::unique_ptr<IEntity>& entity : arriving) {
+        entity.release(); // its callback has added it to the entities that the world owns
+    }
+    arriving.clear();
+    draining = false;
+    FlushRemovals();
+}
+
+void WorldManager::Render() {
+    GFX_GraphicsManager& graphics = *GFX_GraphicsManager::GetInstance();
+    const MutexLock lock(worldLock);
+    {
+        const MutexLock render(graphics.renderLock);
+        SDL_RenderClear(graphics.renderer);
+    }
+    for (const std::vector<IEntity*>& layer : layers) {
+        for (IEntity* entity : layer) {
+            if (entity->active) {
+                entity->Render();
+            }
+        }
+    }
+    if (showLoadedAssets) {
+        ASM_AssetManager::GetInstance()->DrawLoadedAssets();
+    }
+    const MutexLock render(graphics.renderLock);
+    SDL_RenderPresent(graphics.renderer);
+}
+
+void WorldManager::AddEntity(IEntity* entity, std::int32_t layer) {
+    entities.emplace_back(entity);
+    layers[static_cast<std::size_t>(layer)].push_back(entity);
+}
+
+void WorldManager::RemoveEntity(IEntity* entity) {
+    removals.push_back(entity);
+    if (!draining) {
+        FlushRemovals();
+    }
+}
+
+void WorldManager::FlushRemovals() {
+    if (removals.empty()) {
+        return;
+    }
+    // One pass over each list for all of them: a step into another cell removes hundreds at once.
+    std::sort(removals.begin(), removals.end(), std::less<>());
+    const auto isRemoved = [this](const IEntity* entity) {
+        return std::binary_search(removals.begin(), removals.end(), entity, std::less<>());
+    };
+    for (std::vector<IEntity*>& layer : layers) {
+        std::erase_if(layer, isRemoved);
+    }
+    std::erase_if(entities, [&](const std::unique_ptr<IEntity>& e) { return isRemoved(e.get()); });
+    removals.clear();
+}
+
+TerrainCellEntity* WorldManager::CreateTerrainCellEntity() {
+    const MutexLock lock(worldLock);
+    auto cell = std::make_unique<TerrainCellEntity>();
+    TerrainCellEntity* entity = cell.get();
+    entity->Init();
+    AddEntity(cell.release(), kTerrainLayer);
+    return entity;
+}
+
+std::uint8_t WorldManager::GetTileAt(Vec2i world) {
+    const TerrainCellEntity* cell = cellGrid.FindLoaded(world / kCellSize);
+    return cell == nullptr ? kTileEmpty : cell->TileAt(world);
+}
+
+void WorldManager::QueueCallback(std::function<void()> callback) {
+    const MutexLock lock(callbackLock);
+    callbacks.push_back(std::move(callback));
+}
+
+void WorldManager::QueueEntity(std::unique_ptr<IEntity> entity, std::int32_t layer) {
+    const MutexLock lock(callbackLock);
+    callbacks.emplace_back([this, added = entity.get(), layer] { AddEntity(added, layer); });
+    arriving.push_back(std::move(entity));
+}
