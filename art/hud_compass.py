@@ -7,7 +7,12 @@ from builder.picture import Picture, Sheet
 from builder.shapes import disc, polygon
 
 SIZE = 100
-MIDDLE = (SIZE, SIZE)  # in half pixels, as all places below
+MIDDLE = (100, 100)  # in half pixels, as all places below
+LETTER = ("X...X",
+          "XX..X",
+          "X.X.X",
+          "X..XX",
+          "X...X")
 
 
 def draw(palette):
@@ -18,22 +23,31 @@ def draw(palette):
                            (81, "slate"), (79, "navy"), (41, "slate"), (39, "navy")):
         disc(picture, MIDDLE, radius, palette[colour])
     for dx, dy in ((1, 1), (-1, 1), (-1, -1), (1, -1)):
-        _point(picture, dx * 28, dy * 28, 9, palette["slate"], palette["slate"])
+        _point(picture, (dx * 36, dy * 36), 8, palette["slate"], palette["slate"])
     for dx, dy in ((0, 1), (1, 0), (-1, 0)):
-        _point(picture, dx * 64, dy * 64, 10, palette["cloth_shade"], palette["wood_mid"])
-    _point(picture, 0, -70, 10, palette["red"], palette["red_dark"])
+        _point(picture, (dx * 64, dy * 64), 10, palette["cloth_shade"], palette["wood_mid"])
+    _point(picture, (0, -64), 10, palette["red"], palette["red_dark"])
     disc(picture, MIDDLE, 9, palette["ink"])
     disc(picture, MIDDLE, 6, palette["gold"])
+    _letter(picture, 48, 9, palette)
     return Sheet(picture, True)
 
 
-def _point(picture, dx, dy, width, light, dark):
-    """One point of the rose, from the middle to (dx, dy), split along its length in two tones."""
-    x, y = MIDDLE
-    length = max(abs(dx), abs(dy))
-    nx, ny = -dy * width // length, dx * width // length
-    tip = (x + dx, y + dy)
-    polygon(picture, (MIDDLE, tip, (x + (nx + dx * width // length) // 1,
-                                    y + (ny + dy * width // length) // 1)), light)
-    polygon(picture, (MIDDLE, tip, (x - nx + dx * width // length,
-                                    y - ny + dy * width // length)), dark)
+def _point(picture, tip, width, light, dark):
+    """One point of the rose, from the middle outward, split along its length in two tones. tip is
+    given from the middle, and the point is widest `width` half pixels out."""
+    length = max(abs(tip[0]), abs(tip[1]))
+    along = (tip[0] * width // length, tip[1] * width // length)
+    end = (MIDDLE[0] + tip[0], MIDDLE[1] + tip[1])
+    for colour, side in ((light, 1), (dark, -1)):
+        shoulder = (MIDDLE[0] + along[0] - side * along[1], MIDDLE[1] + along[1] + side * along[0])
+        polygon(picture, (MIDDLE, end, shoulder), colour)
+
+
+def _letter(picture, left, top, palette):
+    """The N of north, on a patch that interrupts the ring behind it."""
+    disc(picture, (2 * left + 5, 2 * top + 5), 9, palette["navy"])
+    for y, row in enumerate(LETTER):
+        for x, cell in enumerate(row):
+            if cell == "X":
+                picture.put(left + x, top + y, palette["cloth"])

@@ -24,3 +24,11 @@ def polygon(picture, corners, colour):
 def _side(start, end, point):
     return ((end[0] - start[0]) * (point[1] - start[1])
             - (end[1] - start[1]) * (point[0] - start[0]))
+
+
+def rectangle(picture, corner, opposite, colour):
+    """A filled rectangle between two corners (x, y) in half pixels."""
+    for y in range(picture.height):
+        for x in range(picture.width):
+            if corner[0] < 2 * x + 1 < opposite[0] and corner[1] < 2 * y + 1 < opposite[1]:
+                picture.put(x, y, colour)
