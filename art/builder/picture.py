@@ -56,6 +56,20 @@ class Picture:
         result.rows = [row[::-1] for row in self.rows]
         return result
 
+    def outlined(self, colour):
+        """The same picture with every clear pixel beside a drawn one (not only at its corner) in
+        the given colour."""
+        result = Picture(self.width, self.height)
+        for y in range(self.height):
+            for x in range(self.width):
+                beside = ((x - 1, y), (x + 1, y), (x, y - 1), (x, y + 1))
+                if self.rows[y][x][3]:
+                    result.rows[y][x] = self.rows[y][x]
+                elif any(0 <= column < self.width and 0 <= row < self.height
+                         and self.rows[row][column][3] for column, row in beside):
+                    result.rows[y][x] = colour
+        return result
+
     def enlarged(self, factor):
         """Every pixel becomes a square of factor x factor pixels."""
         result = Picture(self.width * factor, self.height * factor)

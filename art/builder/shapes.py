@@ -32,3 +32,11 @@ def rectangle(picture, corner, opposite, colour):
         for x in range(picture.width):
             if corner[0] < 2 * x + 1 < opposite[0] and corner[1] < 2 * y + 1 < opposite[1]:
                 picture.put(x, y, colour)
+
+
+def spans(picture, top, rows, colour_of):
+    """Rows of pixels from row `top` downward, each given by its first and last column. colour_of is
+    called with (x, y, first, last)."""
+    for y, (first, last) in enumerate(rows, top):
+        for x in range(first, last + 1):
+            picture.put(x, y, colour_of(x, y, first, last))
