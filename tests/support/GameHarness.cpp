@@ -16,12 +16,12 @@
 
 namespace {
 
-constexpr std::uint32_t kTick = 16; // ms
+constexpr std::uint32_t kTick = 16;         // ms
 constexpr std::uint32_t kDeadline = 120000; // ms, for loads to end even under a slow sanitizer
 
 std::string WriteConfiguration(const GameOptions& options) {
-    const std::filesystem::path path = std::filesystem::temp_directory_path() /
-                                       ("vesk-test-" + std::to_string(getpid()) + ".ini");
+    const std::filesystem::path path =
+        std::filesystem::temp_directory_path() / ("vesk-test-" + std::to_string(getpid()) + ".ini");
     std::ofstream(path) << "[resource]\nmode = " << options.mode
                         << "\n[graphics]\nwidth = " << options.width
                         << "\nheight = " << options.height
@@ -59,7 +59,9 @@ GameHarness::GameHarness(const GameOptions& options)
     }
 }
 
-GameHarness::~GameHarness() { ShutDown(); }
+GameHarness::~GameHarness() {
+    ShutDown();
+}
 
 void GameHarness::Pass(std::uint32_t milliseconds) {
     now += milliseconds;
@@ -82,9 +84,13 @@ void GameHarness::TickOnly(int count) {
     }
 }
 
-void GameHarness::KeyDown(SDL_Keycode key) { PushKey(SDL_KEYDOWN, key); }
+void GameHarness::KeyDown(SDL_Keycode key) {
+    PushKey(SDL_KEYDOWN, key);
+}
 
-void GameHarness::KeyUp(SDL_Keycode key) { PushKey(SDL_KEYUP, key); }
+void GameHarness::KeyUp(SDL_Keycode key) {
+    PushKey(SDL_KEYUP, key);
+}
 
 void GameHarness::Tap(SDL_Keycode key) {
     KeyDown(key);
@@ -106,8 +112,8 @@ void GameHarness::Capture() {
     SDL_SetRenderTarget(renderer, target);
     World().Render();
     frame.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0);
-    const int failed = SDL_RenderReadPixels(renderer, nullptr, SDL_PIXELFORMAT_ARGB8888,
-                                            frame.data(), width * 4);
+    const int failed =
+        SDL_RenderReadPixels(renderer, nullptr, SDL_PIXELFORMAT_ARGB8888, frame.data(), width * 4);
     SDL_SetRenderTarget(renderer, nullptr);
     SDL_DestroyTexture(target);
     ASSERT_EQ(failed, 0) << SDL_GetError();

@@ -44,7 +44,8 @@ public:
     void KeyDown(SDL_Keycode key);
     void KeyUp(SDL_Keycode key);
 
-    /// Presses a key, holds it for three ticks, releases it and runs the tick that sees the release.
+    /// Presses a key, holds it for three ticks, releases it and runs the tick that sees the
+    /// release.
     void Tap(SDL_Keycode key);
 
     /// Waits until every load has ended and runs a tick, after which the world is at rest. Fails

@@ -1,0 +1,199 @@
+// The streaming of cells: what is targeted, and what holds at rest after any storm of jumps.
+#include "world/CellGrid.h"
+
+#include "app/Application.h"
+#include "entities/PlayerEntity.h"
+#include "entities/TerrainCellEntity.h"
+#include "support/GameHarness.h"
+#include "support/QuietStderr.h"
+#include "support/WorldInvariants.h"
+#include "world/ASM_AssetManager.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <random>
+#include <set>
+
+namespace {
+
+constexpr std::int32_t kCell = 12288;
+
+Vec2i CenterOf(Vec2i cell) {
+    return cell * kCell + Vec2i{kCell / 2, kCell / 2};
+}
+
+Vec2i CellOf(Vec2i world) {
+    return {world.x / kCell, world.y / kCell};
+}
+
+std::array<Vec2i, 9> HeldCells(const GameHarness& game) {
+    std::array<Vec2i, 9> cells;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        cells[i] = game.World().cellGrid.GetSlot(i).coords;
+    }
+    return cells;
+}
+
+// Jumps about between land, sea, negative edges and cluster corners, so that the same cells come
+// and go in quick succession.
+class Storm {
+public:
+    Storm(GameHarness& target, unsigned seed) : game(target), random(seed) {}
+
+    void Jump() {
+        Vec2i position = CenterOf(centers[Draw(centers.size())]);
+        position.x += (static_cast<std::int32_t>(Draw(5)) - 2) * kCell;
+        position.y += (static_cast<std::int32_t>(Draw(5)) - 2) * kCell;
+        game.World().player->PlaceAt(position);
+        const std::size_t ticks = Draw(3);
+        // A jump that no tick sees is overtaken before it starts.
+        game.TickOnly(static_cast<int>(ticks));
+        if (ticks > 0) {
+            model.MoveTo(CellOf(game.World().player->position));
+        }
+    }
+
+    void Check() {
+        game.TickOnly();
+        model.MoveTo(CellOf(game.World().player->position));
+        game.Settle();
+        CheckWorldAtRest(model);
+    }
+
+private:
+    std::size_t Draw(std::size_t count) { return random() % count; }
+
+    // Land in the clusters around the origin, a corner of four clusters, both axes' edges, and the
+    // negative side.
+    inline static const std::array<Vec2i, 9> centers{Vec2i{6, 3},   Vec2i{5, 4},  Vec2i{16, 16},
+                                                     Vec2i{10, 0},  Vec2i{0, 15}, Vec2i{-3, 2},
+                                                     Vec2i{18, 17}, Vec2i{0, 0},  Vec2i{22, 19}};
+    GameHarness& game;
+    std::mt19937 random;
+    SlotModel model;
+};
+
+class StormTest : public testing::TestWithParam<std::uint32_t> {};
+
+} // namespace
+
+TEST(CellGridTest, TheStartInTheCornerOfTheWorldFillsTheSecondToFifthSlot) {
+    const QuietStderr quiet;
+    GameHarness game({.start = {100, 100}});
+    game.TickOnly();
+    game.Settle();
+    const std::array<Vec2i, 9> expected{Vec2i{-1, -1}, Vec2i{0, 0},   Vec2i{0, 1},
+                                        Vec2i{1, 0},   Vec2i{1, 1},   Vec2i{-1, -1},
+                                        Vec2i{-1, -1}, Vec2i{-1, -1}, Vec2i{-1, -1}};
+    EXPECT_EQ(HeldCells(game), expected);
+}
+
+TEST(CellGridTest, AStepToTheRightReplacesTheLeftColumnOnly) {
+    const QuietStderr quiet;
+    GameHarness game({.start = CenterOf({6, 3})});
+    game.TickOnly();
+    game.Settle();
+    const std::array<Vec2i, 9> before = HeldCells(game);
+    game.World().player->PlaceAt(CenterOf({7, 3}));
+    game.TickOnly();
+    game.Settle();
+    const std::array<Vec2i, 9> after = HeldCells(game);
+    std::int32_t row = 2; // the freed slots take the new column upward
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        const bool left = before[i].x == 5;
+        EXPECT_EQ(after[i], left ? (Vec2i{8, row}) : before[i]) << "slot " << i;
+        row += left ? 1 : 0;
+    }
+}
+
+TEST(CellGridTest, StandingStillOrMovingWithinACellAsksForNothing) {
+    const QuietStderr quiet;
+    GameHarness game({.start = CenterOf({6, 3})});
+    game.TickOnly();
+    game.Settle();
+    game.World().player->PlaceAt(CenterOf({6, 3}) + Vec2i{2400, -2400});
+    game.TickOnly(5);
+    for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
+        EXPECT_EQ(game.World().cellGrid.GetSlot(i).asked, 1U);
+    }
+}
+
+TEST(CellGridTest, ARetargetedSlotHidesItsCellAtOnceAndDropsItsEntitiesAfterTheJob) {
+    const QuietStderr quiet;
+    // No workers: the jobs stay queued, so the moment in between can be looked at.
+    GameHarness game({.start = CenterOf({6, 3}), .hardwareThreads = 2});
+    game.TickOnly();
+    game.Settle();
+    ASSERT_FALSE(game.World().layers[2].empty());
+    const TerrainCellEntity* land = game.World().cellGrid.FindLoaded({6, 3});
+    ASSERT_NE(land, nullptr);
+
+    game.World().player->PlaceAt(CenterOf({40, 40}));
+    game.TickOnly();
+    game.Settle();
+    EXPECT_EQ(game.World().cellGrid.FindLoaded({6, 3}), nullptr);
+    SlotModel model;
+    model.MoveTo({6, 3});
+    model.MoveTo({40, 40});
+    CheckWorldAtRest(model);
+}
+
+TEST(CellGridTest, WithoutWorkersTheWorldIsWaterAndTheQueueDoesNotGrow) {
+    const QuietStderr quiet;
+    GameHarness game({.start = CenterOf({6, 3}), .hardwareThreads = 1});
+    for (std::int32_t step = 0; step < 200; ++step) {
+        game.World().player->PlaceAt(CenterOf({6 + step % 40, 3 + step % 7}));
+        game.TickOnly();
+    }
+    for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
+        const CellSlot slot = game.World().cellGrid.GetSlot(i);
+        EXPECT_TRUE(slot.busy); // one job each, for the newest request
+        EXPECT_EQ(slot.coords, (Vec2i{-1, -1}));
+    }
+    EXPECT_EQ(game.World().GetTileAt(CenterOf({6, 3})), 0);
+    game.Tick();
+}
+
+TEST(CellGridTest, ACellKeepsTheNeighboursOfTheBlockItWasLoadedIn) {
+    const QuietStderr quiet;
+    GameHarness game({.start = CenterOf({14, 15})});
+    game.TickOnly();
+    game.Settle();
+    // Into the neighbouring cluster: the graph is rebuilt, the cells that stay keep their lists.
+    SlotModel model;
+    model.MoveTo({14, 15});
+    for (const Vec2i cell : {Vec2i{15, 15}, Vec2i{16, 16}, Vec2i{15, 15}, Vec2i{14, 14}}) {
+        game.World().player->PlaceAt(CenterOf(cell));
+        game.TickOnly();
+        model.MoveTo(cell);
+        game.Settle();
+        CheckWorldAtRest(model);
+    }
+}
+
+TEST_P(StormTest, LeavesTheWorldWholeAtRest) {
+    const QuietStderr quiet;
+    GameHarness game({.start = CenterOf({6, 3}), .hardwareThreads = GetParam() + 1});
+    Storm storm(game, 7 + GetParam());
+    for (int round = 0; round < 40 && !HasFailure(); ++round) {
+        for (int jump = 0; jump < 25; ++jump) {
+            storm.Jump();
+        }
+        storm.Check();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Workers, StormTest, testing::Values(1, 2, 8));
+
+TEST(CellGridTest, ShutsDownInTheMiddleOfAStorm) {
+    const QuietStderr quiet;
+    for (unsigned round = 0; round < 25; ++round) {
+        GameHarness game({.start = CenterOf({6, 3}), .hardwareThreads = 1 + round % 8});
+        Storm storm(game, round);
+        for (unsigned jump = 0; jump < round % 7; ++jump) {
+            storm.Jump();
+        }
+        game.Pass(16);
+    }
+}
