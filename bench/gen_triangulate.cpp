@@ -1,0 +1,92 @@
+// How long a triangulation takes, beside CGAL's on the same points where CGAL is installed.
+//
+// Standard error goes to a buffer that drops everything: the lines that `Triangulate` writes are
+// made and handed over, but no terminal or file is waited for.
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <iostream>
+#include <random>
+#include <set>
+#include <streambuf>
+#include <utility>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#ifdef VESK_HAVE_CGAL
+#include <CGAL/Delaunay_triangulation_2.h>
+#include <CGAL/Exact_predicates_inexact_constructions_kernel.h>
+#endif
+
+#include "gen/Triangulate.h"
+#include "gen/UniformInt.h"
+
+namespace {
+
+class DroppingBuffer : public std::streambuf {
+protected:
+    std::streamsize xsputn(const char*, std::streamsize count) override { return count; }
+    int_type overflow(int_type c) override { return traits_type::not_eof(c); }
+};
+
+// Distinct lattice points, as dense as the land cells of a 3 x 3 block of clusters.
+std::vector<DelaunayPoint> LatticePoints(std::int64_t count) {
+    constexpr double cellsPerPoint = 2304.0 / 137.0;
+    const auto side = static_cast<std::int32_t>(
+        std::lround(std::sqrt(static_cast<double>(count) * cellsPerPoint)));
+    std::mt19937 rng(static_cast<std::uint32_t>(count));
+    std::set<std::pair<std::int32_t, std::int32_t>> taken;
+    std::vector<DelaunayPoint> points;
+    while (static_cast<std::int64_t>(points.size()) < count) {
+        const std::int32_t x = UniformInt(rng, 0, side - 1);
+        const std::int32_t y = UniformInt(rng, 0, side - 1);
+        if (taken.insert({x, y}).second) {
+            DelaunayPoint point;
+            point.id = static_cast<std::int32_t>(points.size());
+            point.x = static_cast<float>(x);
+            point.y = static_cast<float>(y);
+            points.push_back(point);
+        }
+    }
+    return points;
+}
+
+void BM_Triangulate(benchmark::State& state) {
+    const std::vector<DelaunayPoint> input = LatticePoints(state.range(0));
+    for (auto _ : state) {
+        std::vector<DelaunayPoint> points = input;
+        std::vector<DelaunayTriangle> triangles;
+        benchmark::DoNotOptimize(Triangulate(points, triangles));
+        benchmark::DoNotOptimize(triangles.data());
+    }
+}
+
+#ifdef VESK_HAVE_CGAL
+void BM_CgalDelaunay(benchmark::State& state) {
+    using Kernel = CGAL::Exact_predicates_inexact_constructions_kernel;
+    std::vector<Kernel::Point_2> input;
+    for (const DelaunayPoint& point : LatticePoints(state.range(0))) {
+        input.emplace_back(point.x, point.y);
+    }
+    for (auto _ : state) {
+        CGAL::Delaunay_triangulation_2<Kernel> triangulation(input.begin(), input.end());
+        benchmark::DoNotOptimize(triangulation.number_of_faces());
+    }
+}
+BENCHMARK(BM_CgalDelaunay)->Arg(137)->Arg(1000)->Arg(10000)->Arg(100000);
+#endif
+
+BENCHMARK(BM_Triangulate)->Arg(137)->Arg(1000)->Arg(10000)->Arg(100000);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    DroppingBuffer dropping;
+    std::streambuf* const standardError = std::cerr.rdbuf(&dropping);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    std::cerr.rdbuf(standardError);
+    return 0;
+}

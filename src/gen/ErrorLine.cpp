@@ -1,0 +1,8 @@
+#include "gen/ErrorLine.h"
+
+#include <iostream>
+
+void WriteErrorLine(std::string text) {
+    text += '\n';
+    std::cerr << text;
+}

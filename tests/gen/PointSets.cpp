@@ -1,0 +1,97 @@
+#include "gen/PointSets.h"
+
+#include <cmath>
+#include <limits>
+#include <set>
+#include <utility>
+
+#include "gen/UniformInt.h"
+
+namespace {
+
+struct Place {
+    float x, y;
+};
+
+float Unit(std::mt19937& rng) {
+    return static_cast<float>(UniformInt(rng, -(1 << 24), 1 << 24)) / static_cast<float>(1 << 24);
+}
+
+float Whole(std::mt19937& rng, std::int32_t lo, std::int32_t hi) {
+    return static_cast<float>(UniformInt(rng, lo, hi));
+}
+
+float PowerOfTen(std::mt19937& rng, std::int32_t lo, std::int32_t hi) {
+    return std::pow(10.0f, Whole(rng, lo, hi));
+}
+
+Place OnLine(std::mt19937& rng) {
+    const float along = Whole(rng, 0, 40);
+    switch (UniformInt(rng, 0, 3)) {
+    case 0:
+        return {along, 0.0f};
+    case 1:
+        return {0.0f, along};
+    case 2:
+        return {along, along};
+    default:
+        return {along, 40.0f - 2.0f * along};
+    }
+}
+
+Place OnCircle(std::mt19937& rng) {
+    const float angle = Unit(rng) * 3.14159265f;
+    const Place place = {100.0f * std::cos(angle), 100.0f * std::sin(angle)};
+    const bool lattice = UniformInt(rng, 0, 1) == 0;
+    return lattice ? Place{std::round(place.x), std::round(place.y)} : place;
+}
+
+Place InClump(std::mt19937& rng) {
+    return {1000.0f * Whole(rng, -1, 1) + Unit(rng), 1000.0f * Whole(rng, -1, 1) + Unit(rng)};
+}
+
+Place OneOf(PointShape shape, std::size_t count, std::mt19937& rng) {
+    const auto side = 2 + static_cast<std::int32_t>(2.0 * std::sqrt(static_cast<double>(count)));
+    constexpr float largest = std::numeric_limits<float>::max();
+    constexpr float smallest = std::numeric_limits<float>::denorm_min();
+    switch (shape) {
+    case PointShape::Lattice:
+        return {Whole(rng, 0, side), Whole(rng, 0, side)};
+    case PointShape::Lines:
+        return OnLine(rng);
+    case PointShape::Circle:
+        return OnCircle(rng);
+    case PointShape::Clumps:
+        return InClump(rng);
+    case PointShape::FarColumns:
+        return {Whole(rng, 0, 31) + 1048544.0f * Whole(rng, 0, 1), Whole(rng, 0, 31)};
+    case PointShape::Huge:
+        return {largest * Unit(rng), largest * Unit(rng)};
+    case PointShape::Tiny:
+        return {smallest * Whole(rng, 0, 99), smallest * Whole(rng, 0, 99)};
+    case PointShape::MixedScale:
+        return {Unit(rng) * PowerOfTen(rng, -30, 30), Unit(rng) * PowerOfTen(rng, -30, 30)};
+    case PointShape::NearlyOnALine:
+        return {Unit(rng) * 1000.0f, Unit(rng) * PowerOfTen(rng, -5, 0)};
+    default:
+        return {Unit(rng), Unit(rng)};
+    }
+}
+
+} // namespace
+
+std::vector<DelaunayPoint> MakePoints(PointShape shape, std::size_t count, std::mt19937& rng) {
+    std::vector<DelaunayPoint> points;
+    std::set<std::pair<float, float>> taken;
+    for (std::size_t i = 0; i < count; ++i) {
+        const Place place = OneOf(shape, count, rng);
+        if (taken.insert({place.x, place.y}).second) {
+            DelaunayPoint point;
+            point.id = static_cast<std::int32_t>(points.size());
+            point.x = place.x;
+            point.y = place.y;
+            points.push_back(point);
+        }
+    }
+    return points;
+}
