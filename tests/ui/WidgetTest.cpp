@@ -1,0 +1,320 @@
+// Widgets in the running game: a small panel of buttons is added to the world, keys are pressed and
+// whole ticks run.
+#include "ui/UIF_Button.h"
+#include "ui/UIF_Label.h"
+#include "ui/UIF_Window.h"
+
+#include "input/CMN_InputManager.h"
+#include "support/GameHarness.h"
+#include "support/PaintedFrame.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <limits>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Events = std::vector<std::string>;
+
+constexpr SDL_Color kBlack{0, 0, 0, 255};
+constexpr SDL_Color kGreen{0, 255, 0, 255};
+constexpr SDL_Color kOrange{255, 128, 0, 255};
+constexpr SDL_Color kPurple{128, 0, 128, 255};
+constexpr SDL_Color kTan{210, 180, 140, 255};
+
+constexpr Rect kSmall{20, 0, 20, 0, 20, 20};
+
+/// Puts a window into the world, as the debug menu does.
+class PanelEntity : public IEntity {
+public:
+    explicit PanelEntity(const Rect& place) : window(place) {}
+    void Update() override { window.Update(); }
+    void Render() override { window.Render(Rect{}); }
+
+    UIF_Window window;
+};
+
+class WidgetTest : public testing::Test {
+protected:
+    WidgetTest() {
+        auto owned = std::make_unique<PanelEntity>(Rect{300, 30, 400, 20, 270, 380});
+        panel = owned.get();
+        game.World().AddEntity(owned.release(), kMenuLayer);
+        game.TickOnly();
+        game.Settle();
+    }
+
+    /// A button that writes down what happens to it.
+    UIF_Button* AddButton(const std::string& name) {
+        auto owned = std::make_unique<UIF_Button>(kSmall);
+        UIF_Button* button = owned.get();
+        button->onHover.AddCallback([=, this](UIF_Hoverable* widget) {
+            EXPECT_EQ(widget, button);
+            EXPECT_TRUE(widget->hovered);
+            events.push_back("hover " + name);
+        });
+        button->onUnhover.AddCallback([=, this](UIF_Hoverable* widget) {
+            EXPECT_EQ(widget, button);
+            EXPECT_FALSE(widget->hovered);
+            events.push_back("unhover " + name);
+        });
+        button->onClick.AddCallback([=, this](UIF_Button* widget) {
+            EXPECT_EQ(widget, button);
+            events.push_back("click " + name);
+        });
+        panel->window.AddChild(std::move(owned));
+        return button;
+    }
+
+    static void StackBelow(UIF_Hoverable* upper, UIF_Hoverable* lower) {
+        upper->down = lower;
+        lower->up = upper;
+    }
+
+    static void PutBeside(UIF_Hoverable* west, UIF_Hoverable* east) {
+        west->right = east;
+        east->left = west;
+    }
+
+    /// What has happened since the last call.
+    Events TakeEvents() { return std::exchange(events, {}); }
+
+    static bool IsPressed(InputAction action) {
+        return CMN_InputManager::GetInstance()->IsPressed(action);
+    }
+
+    /// Holds several keys long enough and releases them in one tick.
+    void TapTogether(std::initializer_list<SDL_Keycode> keys) {
+        for (const SDL_Keycode key : keys) {
+            game.KeyDown(key);
+        }
+        game.TickOnly(3);
+        for (const SDL_Keycode key : keys) {
+            game.KeyUp(key);
+        }
+        game.TickOnly();
+    }
+
+    GameHarness game;
+    PanelEntity* panel = nullptr;
+    Events events;
+};
+
+/// Counts the destructions of its kind.
+class CountedWidget : public UIF_Label {
+public:
+    explicit CountedWidget(int& count) : UIF_Label(kSmall, "x"), destroyed(count) {}
+    ~CountedWidget() override { ++destroyed; }
+
+private:
+    int& destroyed;
+};
+
+} // namespace
+
+TEST_F(WidgetTest, MovesTheSelectionToTheNeighborOfTheReleasedKey) {
+    UIF_Button* northWest = AddButton("nw");
+    UIF_Button* northEast = AddButton("ne");
+    UIF_Button* southWest = AddButton("sw");
+    UIF_Button* southEast = AddButton("se");
+    StackBelow(northWest, southWest);
+    StackBelow(northEast, southEast);
+    PutBeside(northWest, northEast);
+    PutBeside(southWest, southEast);
+    northWest->Select();
+    EXPECT_EQ(TakeEvents(), (Events{"unhover ne", "unhover sw", "hover nw"}));
+
+    game.Tap(SDLK_s);
+    EXPECT_EQ(TakeEvents(), (Events{"unhover nw", "hover sw"}));
+    game.Tap(SDLK_d);
+    EXPECT_EQ(TakeEvents(), (Events{"unhover sw", "hover se"}));
+    game.Tap(SDLK_w);
+    EXPECT_EQ(TakeEvents(), (Events{"unhover se", "hover ne"}));
+    game.Tap(SDLK_a);
+    EXPECT_EQ(TakeEvents(), (Events{"unhover ne", "hover nw"}));
+
+    // No neighbour that way: nothing happens, but the edge is used up.
+    for (const auto& [key, action] :
+         {std::pair{SDLK_w, InputAction::Up}, std::pair{SDLK_a, InputAction::Left}}) {
+        game.Tap(key);
+        EXPECT_TRUE(TakeEvents().empty());
+        EXPECT_FALSE(IsPressed(action));
+        EXPECT_TRUE(northWest->hovered);
+    }
+}
+
+TEST_F(WidgetTest, OneReleaseMovesOneStep) {
+    UIF_Button* top = AddButton("top");
+    UIF_Button* middle = AddButton("middle");
+    UIF_Button* lowest = AddButton("lowest");
+    StackBelow(top, middle);
+    StackBelow(middle, lowest);
+    top->Hover();
+    TakeEvents();
+    // The middle one is updated later in the same tick; it must not see the edge again.
+    game.Tap(SDLK_s);
+    EXPECT_EQ(TakeEvents(), (Events{"unhover top", "hover middle"}));
+    game.TickOnly(3);
+    EXPECT_TRUE(TakeEvents().empty());
+}
+
+TEST_F(WidgetTest, NeedsAKeyHeldLongEnough) {
+    UIF_Button* top = AddButton("top");
+    UIF_Button* lower = AddButton("lower");
+    StackBelow(top, lower);
+    top->Hover();
+    TakeEvents();
+    game.KeyDown(SDLK_s);
+    game.TickOnly(10);
+    EXPECT_TRUE(TakeEvents().empty()) << "moved before the release";
+    game.KeyUp(SDLK_s);
+    game.TickOnly();
+    EXPECT_EQ(TakeEvents(), (Events{"unhover top", "hover lower"}));
+
+    for (const SDL_Keycode key : {SDLK_w, SDLK_RETURN}) {
+        game.KeyDown(key);
+        game.TickOnly(); // 16 ms
+        game.KeyUp(key);
+        game.TickOnly();
+        game.KeyDown(key); // within one tick
+        game.KeyUp(key);
+        game.TickOnly();
+    }
+    EXPECT_TRUE(TakeEvents().empty());
+}
+
+TEST_F(WidgetTest, FollowsTheFirstOfSeveralEdges) {
+    UIF_Button* top = AddButton("top");
+    UIF_Button* middle = AddButton("middle");
+    UIF_Button* lowest = AddButton("lowest");
+    StackBelow(top, middle);
+    StackBelow(middle, lowest);
+    middle->Hover();
+    TakeEvents();
+    TapTogether({SDLK_s, SDLK_w});
+    EXPECT_EQ(TakeEvents(), (Events{"unhover middle", "hover top"}));
+    EXPECT_TRUE(IsPressed(InputAction::Down));
+    game.TickOnly();
+    EXPECT_FALSE(IsPressed(InputAction::Down));
+    EXPECT_TRUE(TakeEvents().empty());
+}
+
+TEST_F(WidgetTest, ClicksOnlyTheSelectedButtonAndBeforeItMoves) {
+    UIF_Button* top = AddButton("top");
+    UIF_Button* lower = AddButton("lower");
+    StackBelow(top, lower);
+
+    game.Tap(SDLK_RETURN);
+    EXPECT_TRUE(TakeEvents().empty()) << "nothing is selected";
+    EXPECT_TRUE(IsPressed(InputAction::Confirm));
+    game.TickOnly();
+    EXPECT_FALSE(IsPressed(InputAction::Confirm));
+
+    top->Hover();
+    TakeEvents();
+    game.Tap(SDLK_RETURN);
+    EXPECT_EQ(TakeEvents(), (Events{"click top"}));
+    EXPECT_FALSE(IsPressed(InputAction::Confirm));
+    TapTogether({SDLK_s, SDLK_RETURN});
+    EXPECT_EQ(TakeEvents(), (Events{"click top", "unhover top", "hover lower"}));
+    game.Tap(SDLK_RETURN);
+    EXPECT_EQ(TakeEvents(), (Events{"click lower"}));
+}
+
+TEST_F(WidgetTest, CallbacksMayChangeAnyWidget) {
+    UIF_Button* top = AddButton("top");
+    UIF_Button* lower = AddButton("lower");
+    top->Hover();
+    TakeEvents();
+    // A callback that fills its own list, gives every widget more children and links the buttons.
+    top->onClick.AddCallback([=, this, text = std::string(100, 'x')](UIF_Button* self) {
+        for (int i = 0; i < 100; ++i) {
+            self->onClick.AddCallback([this](UIF_Button*) { events.emplace_back("later"); });
+            self->AddChild(std::make_unique<UIF_Label>(kSmall, text));
+            panel->window.AddChild(std::make_unique<UIF_Label>(kSmall, text));
+        }
+        StackBelow(top, lower);
+        events.push_back(text);
+    });
+    TapTogether({SDLK_s, SDLK_RETURN});
+    EXPECT_EQ(TakeEvents(),
+              (Events{"click top", std::string(100, 'x'), "unhover top", "hover lower"}));
+    EXPECT_EQ(top->children.size(), 100U);
+
+    game.Tap(SDLK_w);
+    TakeEvents();
+    game.Tap(SDLK_RETURN);
+    EXPECT_EQ(TakeEvents().size(), 102U) << "the added callbacks take part from the next click on";
+}
+
+TEST_F(WidgetTest, ParentsOwnTheirChildren) {
+    int destroyed = 0;
+    {
+        std::unique_ptr<UIF_Widget> root = std::make_unique<UIF_Window>(kSmall);
+        auto button = std::make_unique<UIF_Button>(kSmall);
+        button->AddChild(std::make_unique<CountedWidget>(destroyed));
+        button->AddChild(std::make_unique<CountedWidget>(destroyed));
+        static_cast<UIF_Window&>(*root).AddChild(std::move(button));
+        static_cast<UIF_Window&>(*root).AddChild(std::make_unique<CountedWidget>(destroyed));
+        EXPECT_EQ(destroyed, 0);
+    }
+    EXPECT_EQ(destroyed, 3);
+}
+
+TEST_F(WidgetTest, DrawsWithinTheParent) {
+    panel->active = false;
+    game.Capture();
+    PaintedFrame expected(game);
+    panel->active = true;
+
+    UIF_Window& window = panel->window;
+    window.fillColor = kTan;
+    window.borderColor = kPurple;
+    // The stored sizes are wrong on purpose: only the edges count.
+    auto button = std::make_unique<UIF_Button>(Rect{262, 2, 378, 338, 7, 9999});
+    button->fillColor = kGreen;
+    button->borderColor = kOrange;
+    auto label = std::make_unique<UIF_Label>(Rect{15, 10, 30, 25, 0, 0}, "longer than its place");
+    auto overlapping = std::make_unique<UIF_Button>(Rect{200, 150, 345, 330, 0, 0});
+    overlapping->borderColor = kPurple;
+    button->AddChild(std::move(label));
+    window.AddChild(std::move(button));
+    window.AddChild(std::move(overlapping));
+    game.Capture();
+
+    expected.Fill({30, 80, 270, 380}, kTan); // the window is 480 pixels high
+    expected.Outline({30, 80, 270, 380}, kPurple);
+    expected.Fill({32, 82, 260, 40}, kGreen);
+    expected.Outline({32, 82, 260, 40}, kOrange);
+    expected.Text("longer than its place", 42, 92, kBlack);
+    expected.Fill({180, 115, 50, 15}, kBlack);
+    expected.Outline({180, 115, 50, 15}, kPurple);
+    EXPECT_EQ(expected.Difference(game), "");
+}
+
+TEST_F(WidgetTest, DrawsNothingOfWidgetsBeyondTheWindow) {
+    panel->active = false;
+    game.Capture();
+    const PaintedFrame expected(game);
+    panel->active = true;
+    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
+    constexpr std::int32_t least = std::numeric_limits<std::int32_t>::min();
+    for (const Rect& place : {Rect{most, most - 10, most, most - 10, 10, 10},
+                              Rect{least + 10, least, least + 10, least, 10, 10},
+                              Rect{least, most, least, most, 0, 0}}) {
+        panel->window.rect = place;
+        panel->window.children.clear();
+        auto button = std::make_unique<UIF_Button>(place);
+        button->AddChild(std::make_unique<UIF_Label>(place, "far"));
+        panel->window.AddChild(std::move(button));
+        game.Capture();
+        EXPECT_EQ(expected.Difference(game), "");
+    }
+}
