@@ -174,9 +174,6 @@ def build(face):
         b"OS/2": _os2(face, advances),
         # Grid fitting on and grey levels on at every size.
         b"gasp": struct.pack(">HHHH", 1, 1, 0xFFFF, 0x000F),
-        # A font without any program is reshaped by some renderers' own hinting, which would move
-        # edges off the pixels. This one, which does nothing, says that the outlines are final.
-        b"fpgm": b"\xB0\x00\x21",
     }
     return _file(tables)
 
