@@ -1,0 +1,180 @@
+// A joystick from its driver to the game: SDL's virtual device is moved and whole ticks run.
+#include "entities/MapEntity.h"
+#include "entities/PlayerEntity.h"
+#include "input/CMN_InputManager.h"
+#include "support/GameHarness.h"
+
+#include <SDL.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <string>
+
+namespace {
+
+using enum InputAction;
+
+constexpr float kHalfPush = (20000 + 32768) / 65535.0f; // as a fraction of the whole way
+
+class JoystickTest : public testing::Test {
+protected:
+    JoystickTest() {
+        UseHeadlessDrivers();
+        // The window of a headless driver never gets the focus.
+        SDL_SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");
+        // The device has to be there before the game looks for it.
+        SDL_InitSubSystem(SDL_INIT_JOYSTICK);
+        const int device = SDL_JoystickAttachVirtual(SDL_JOYSTICK_TYPE_GAMECONTROLLER, 8, 16, 0);
+        EXPECT_EQ(device, 0) << SDL_GetError();
+        joystick = SDL_JoystickOpen(0);
+        game = std::make_unique<GameHarness>();
+        game->TickOnly();
+        game->Settle();
+    }
+
+    static float Value(InputAction action) {
+        return CMN_InputManager::GetInstance()->ActionValue(action);
+    }
+
+    static bool IsPressed(InputAction action) {
+        return CMN_InputManager::GetInstance()->IsPressed(action);
+    }
+
+    void MoveAxis(int axis, int value) {
+        ASSERT_EQ(SDL_JoystickSetVirtualAxis(joystick, axis, static_cast<Sint16>(value)), 0);
+        game->TickOnly();
+    }
+
+    void SetButton(int button, bool down) {
+        ASSERT_EQ(SDL_JoystickSetVirtualButton(joystick, button, down ? 1 : 0), 0);
+        game->TickOnly();
+    }
+
+    std::string PrintedBy(int button, bool down) {
+        const OutputCapture output;
+        SetButton(button, down);
+        return output.Text();
+    }
+
+    SDL_Joystick* joystick = nullptr;
+    std::unique_ptr<GameHarness> game;
+};
+
+} // namespace
+
+TEST_F(JoystickTest, SticksGiveLevelsOutsideTheirDeadZone) {
+    struct Stick {
+        int axis;
+        InputAction action;
+        float sign;
+    };
+    const std::array<Stick, 4> sticks{{{0, MoveHorizontal, 1.0f},
+                                       {1, MoveVertical, -1.0f},
+                                       {2, PanHorizontal, 1.0f},
+                                       {3, PanVertical, -1.0f}}};
+    for (const Stick& stick : sticks) {
+        SCOPED_TRACE(stick.axis);
+        MoveAxis(stick.axis, 32767);
+        EXPECT_EQ(Value(stick.action), stick.sign);
+        MoveAxis(stick.axis, 5000);
+        EXPECT_EQ(Value(stick.action), 0.0f);
+        MoveAxis(stick.axis, 5001);
+        EXPECT_FLOAT_EQ(Value(stick.action), stick.sign * (37769 / 65535.0f * 2.0f - 1.0f));
+        MoveAxis(stick.axis, -5000);
+        EXPECT_EQ(Value(stick.action), 0.0f);
+        MoveAxis(stick.axis, -5001);
+        EXPECT_FLOAT_EQ(Value(stick.action), stick.sign * (27767 / 65535.0f * 2.0f - 1.0f));
+        MoveAxis(stick.axis, -32768);
+        EXPECT_EQ(Value(stick.action), -stick.sign);
+        game->TickOnly(5);
+        EXPECT_EQ(Value(stick.action), -stick.sign) << "a level lasts until the stick moves";
+        MoveAxis(stick.axis, 0);
+    }
+}
+
+TEST_F(JoystickTest, TriggersGiveFractions) {
+    for (const auto& [axis, action] : {std::pair{4, ZoomOut}, std::pair{5, ZoomIn}}) {
+        SCOPED_TRACE(axis);
+        MoveAxis(axis, 32767);
+        EXPECT_EQ(Value(action), 1.0f);
+        MoveAxis(axis, 20000);
+        EXPECT_FLOAT_EQ(Value(action), kHalfPush);
+        for (const int value : {5000, -20000, -32768}) {
+            MoveAxis(axis, value);
+            EXPECT_EQ(Value(action), 0.0f) << value;
+        }
+    }
+    const auto before = CMN_InputManager::GetInstance()->actions;
+    MoveAxis(6, 32767);
+    MoveAxis(7, 32767);
+    EXPECT_EQ(CMN_InputManager::GetInstance()->actions, before);
+}
+
+TEST_F(JoystickTest, ButtonsTellWhatTheyAre) {
+    const std::array<InputAction, 4> kept{JoystickButton10, JoystickButton11, JoystickButton12,
+                                          JoystickButton13};
+    for (int i = 0; i < 4; ++i) {
+        const InputAction action = kept[static_cast<std::size_t>(i)];
+        EXPECT_EQ(Value(action), 0.0f);
+        EXPECT_EQ(PrintedBy(10 + i, true), "button\n");
+        EXPECT_EQ(PrintedBy(10 + i, false), "");
+        EXPECT_EQ(Value(action), 1.0f);
+    }
+    const auto before = CMN_InputManager::GetInstance()->actions;
+    for (const int button : {0, 3, 5, 7, 9, 14, 15}) {
+        EXPECT_EQ(PrintedBy(button, true), "button\nunknown joystick button\n") << button;
+        EXPECT_EQ(PrintedBy(button, false), "") << button;
+    }
+    EXPECT_EQ(CMN_InputManager::GetInstance()->actions, before);
+    EXPECT_EQ(PrintedBy(4, true), "button\n");
+    EXPECT_EQ(Value(Map), 1.0f);
+    game->TickOnly(2);
+    EXPECT_EQ(PrintedBy(4, false), "");
+    EXPECT_TRUE(IsPressed(Map));
+    EXPECT_EQ(Value(Map), 1.0f);
+}
+
+TEST_F(JoystickTest, ShortPressesDoNotCount) {
+    SetButton(4, true);
+    SetButton(4, false); // 16 ms later
+    EXPECT_FALSE(IsPressed(Map));
+    EXPECT_EQ(game->World().mapMode, 0);
+}
+
+TEST_F(JoystickTest, SharesItsActionsWithTheKeyboard) {
+    MoveAxis(0, 32767);
+    game->KeyDown(SDLK_a);
+    game->TickOnly();
+    EXPECT_EQ(Value(MoveHorizontal), -1.0f);
+    MoveAxis(0, 20000);
+    EXPECT_FLOAT_EQ(Value(MoveHorizontal), kHalfPush * 2.0f - 1.0f);
+    game->KeyUp(SDLK_a);
+    game->TickOnly();
+    EXPECT_EQ(Value(MoveHorizontal), 0.0f);
+}
+
+TEST_F(JoystickTest, PlaysTheGame) {
+    WorldManager& world = game->World();
+    const Vec2i start = world.player->position;
+    MoveAxis(1, -32768); // pushed away: up
+    game->TickOnly(5);
+    MoveAxis(1, 0);
+    game->TickOnly(2);
+    EXPECT_EQ(world.player->position, (Vec2i{start.x, start.y + 3 * 24}));
+
+    SetButton(4, true);
+    game->TickOnly(3);
+    SetButton(4, false);
+    ASSERT_EQ(world.mapMode, 1);
+    MapEntity& map = *world.map;
+    const Vec2f before = map.pan = {0.0f, 0.0f};
+    MoveAxis(2, 32767);
+    MoveAxis(3, 32767); // pulled near: down
+    EXPECT_EQ(map.pan - before, (Vec2f{20.0f, -10.0f}));
+    MoveAxis(5, 20000);
+    EXPECT_FLOAT_EQ(map.zoom, 1.0f + 0.1f * kHalfPush);
+    MoveAxis(4, 32767);
+    EXPECT_FLOAT_EQ(map.zoom, (1.0f + 0.1f * kHalfPush) * 0.9f * (1.0f + 0.1f * kHalfPush));
+}
