@@ -176,7 +176,7 @@ TEST_P(StormTest, LeavesTheWorldWholeAtRest) {
     const QuietStderr quiet;
     GameHarness game({.start = CenterOf({6, 3}), .hardwareThreads = GetParam() + 1});
     Storm storm(game, 7 + GetParam());
-    for (int round = 0; round < 40 && !HasFailure(); ++round) {
+    for (int round = 0; round < 100 && !HasFailure(); ++round) {
         for (int jump = 0; jump < 25; ++jump) {
             storm.Jump();
         }
