@@ -8,6 +8,7 @@
 #include "gfx/GFX_GraphicsManager.h"
 #include "support/GameHarness.h"
 #include "support/PaintedFrame.h"
+#include "support/QuietStderr.h"
 
 #include <gtest/gtest.h>
 
@@ -189,6 +190,7 @@ protected:
     }
 
     Vec2i size;
+    QuietStderr quiet;
     std::unique_ptr<GameHarness> game;
 };
 

@@ -3,6 +3,7 @@
 #include "entities/PlayerEntity.h"
 #include "input/CMN_InputManager.h"
 #include "support/GameHarness.h"
+#include "support/QuietStderr.h"
 
 #include <SDL.h>
 #include <gtest/gtest.h>
@@ -59,6 +60,7 @@ protected:
     }
 
     SDL_Joystick* joystick = nullptr;
+    QuietStderr quiet;
     std::unique_ptr<GameHarness> game;
 };
 

@@ -7,6 +7,7 @@
 #include "gfx/GFX_GraphicsManager.h"
 #include "support/GameHarness.h"
 #include "support/PaintedFrame.h"
+#include "support/QuietStderr.h"
 #include "support/WorldInvariants.h"
 
 #include <gtest/gtest.h>
@@ -151,6 +152,7 @@ protected:
         EXPECT_EQ(off.Difference(game), "");
     }
 
+    QuietStderr quiet;
     GameHarness game;
 };
 

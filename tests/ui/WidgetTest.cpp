@@ -7,6 +7,7 @@
 #include "input/CMN_InputManager.h"
 #include "support/GameHarness.h"
 #include "support/PaintedFrame.h"
+#include "support/QuietStderr.h"
 
 #include <gtest/gtest.h>
 
@@ -102,6 +103,7 @@ protected:
         game.TickOnly();
     }
 
+    QuietStderr quiet;
     GameHarness game;
     PanelEntity* panel = nullptr;
     Events events;
