@@ -114,16 +114,15 @@ class _SheetReader:
         kind = words[0]
         if kind == "picture" and len(words) == 4 and words[3] in ("opaque", "alpha"):
             self._sheet = Sheet(Picture(int(words[1]), int(words[2])), words[3] == "alpha")
-        elif kind == "figure" and len(words) == 2:
-            self._figures[words[1]] = self._read_figure()
+        elif kind == "figure" and (len(words) == 2 or len(words) == 4 and words[2] == "enlarged"):
+            figure = self._read_figure()
+            self._figures[words[1]] = figure.enlarged(int(words[3])) if words[2:] else figure
         elif kind == "place" and len(words) in (4, 5) and words[4:] in ([], ["mirrored"]):
             figure = self._figure(words[1])
             self._sheet.picture.paste(figure.mirrored() if words[4:] else figure,
                                       int(words[2]), int(words[3]))
-        elif kind == "repeat" and len(words) == 2:
-            self._repeat(self._figure(words[1]))
-        elif kind == "enlarge" and len(words) == 2:
-            self._sheet.picture = self._sheet.picture.enlarged(int(words[1]))
+        elif kind == "repeat" and len(words) == 6:
+            self._repeat(self._figure(words[1]), [int(word) for word in words[2:]])
         else:
             self._fail("not understood: " + " ".join(words))
 
@@ -149,11 +148,11 @@ class _SheetReader:
             self._fail("no figure '%s' above" % name)
         return self._figures[name]
 
-    def _repeat(self, figure):
-        picture = self._sheet.picture
-        for y in range(0, picture.height, figure.height):
-            for x in range(0, picture.width, figure.width):
-                picture.paste(figure, x, y)
+    def _repeat(self, figure, area):
+        """Fills an area (left, top, right, bottom; the latter two outside) with copies."""
+        for y in range(area[1], area[3], figure.height):
+            for x in range(area[0], area[2], figure.width):
+                self._sheet.picture.paste(figure, x, y)
 
     def _fail(self, message):
         raise ArtError("%s:%d: %s" % (self._path.name, self._at, message))

@@ -43,24 +43,55 @@ Surface Load(const char* file) {
     return {IMG_Load((std::string(VESK_SHIPPED_DATA) + file).c_str()), &SDL_FreeSurface};
 }
 
-std::vector<SDL_Color> Pixels(const Cut& cut) {
-    const Surface loaded = Load(cut.file);
-    if (!loaded) {
-        return {};
+// A picture's pixels by place.
+class Picture {
+public:
+    explicit Picture(const char* file) : surface(nullptr, &SDL_FreeSurface) {
+        const Surface loaded = Load(file);
+        if (loaded) {
+            surface.reset(SDL_ConvertSurfaceFormat(loaded.get(), SDL_PIXELFORMAT_RGBA32, 0));
+        }
     }
-    const Surface surface{SDL_ConvertSurfaceFormat(loaded.get(), SDL_PIXELFORMAT_RGBA32, 0),
-                          &SDL_FreeSurface};
+
+    bool Holds(SDL_Point p) const {
+        return surface && p.x >= 0 && p.y >= 0 && p.x < surface->w && p.y < surface->h;
+    }
+
+    SDL_Color At(SDL_Point p) const {
+        return reinterpret_cast<const SDL_Color*>(static_cast<const Uint8*>(surface->pixels) +
+                                                  p.y * surface->pitch)[p.x];
+    }
+
+private:
+    Surface surface;
+};
+
+// The pixels of a cut, row by row; none when it leaves the picture.
+std::vector<SDL_Color> Pixels(const Cut& cut) {
+    const Picture picture(cut.file);
     const SDL_Rect& source = cut.source;
-    if (source.x + source.w > surface->w || source.y + source.h > surface->h) {
+    if (!picture.Holds({source.x + source.w - 1, source.y + source.h - 1})) {
         return {};
     }
     std::vector<SDL_Color> pixels;
-    for (int y = source.y; y < source.y + source.h; ++y) {
-        const auto* row = reinterpret_cast<const SDL_Color*>(
-            static_cast<const Uint8*>(surface->pixels) + y * surface->pitch);
-        pixels.insert(pixels.end(), row + source.x, row + source.x + source.w);
+    for (int i = 0; i < source.w * source.h; ++i) {
+        pixels.push_back(picture.At({source.x + i % source.w, source.y + i / source.w}));
     }
     return pixels;
+}
+
+// The pixels just outside a rectangle, those at its corners too.
+std::vector<SDL_Point> RingAround(const SDL_Rect& rect) {
+    std::vector<SDL_Point> ring;
+    for (int y = rect.y - 1; y <= rect.y + rect.h; ++y) {
+        for (int x = rect.x - 1; x <= rect.x + rect.w; ++x) {
+            const SDL_Point point{x, y};
+            if (!SDL_PointInRect(&point, &rect)) {
+                ring.push_back(point);
+            }
+        }
+    }
+    return ring;
 }
 
 unsigned Packed(SDL_Color color) {
@@ -127,6 +158,33 @@ TEST_P(FigureTest, HasADarkOutline) {
             }
         }
     }
+}
+
+// What lies around a cut can show at its edge when the renderer rounds outward: another figure must
+// not, a tile's own continuation may.
+TEST_P(FigureTest, HasNothingBesideIt) {
+    const Picture picture(GetParam().file);
+    for (const SDL_Point point : RingAround(GetParam().source)) {
+        if (picture.Holds(point)) {
+            EXPECT_EQ(picture.At(point).a, 0) << "at " << point.x << ", " << point.y;
+        }
+    }
+}
+
+TEST_P(TileTest, ContinuesBeyondItsEdges) {
+    const Picture picture(GetParam().file);
+    const SDL_Rect& source = GetParam().source;
+    int beside = 0;
+    for (const SDL_Point point : RingAround(source)) {
+        if (picture.Holds(point)) {
+            const SDL_Point same{source.x + (point.x - source.x + source.w) % source.w,
+                                 source.y + (point.y - source.y + source.h) % source.h};
+            EXPECT_EQ(Packed(picture.At(point)), Packed(picture.At(same)))
+                << "at " << point.x << ", " << point.y;
+            ++beside;
+        }
+    }
+    EXPECT_GT(beside, 0);
 }
 
 std::vector<Cut> AllFigures() {

@@ -74,7 +74,7 @@ class BuildArtTest(unittest.TestCase):
         self.assertNotIn("data/sample.ttf", result.stdout)
 
     def test_a_fault_in_a_source_is_told_with_its_line(self):
-        faults = (("enemies.txt", "\nkook", "\nqook", "enemies.txt:7: 'q'"),
+        faults = (("enemies.txt", "\nkook", "\n?ook", "enemies.txt:7: '?'"),
                   ("enemies.txt", "\nkook", "\nkkook", "enemies.txt:7: 17 columns"),
                   ("ships.txt", "place up", "place aft", "ships.txt:111: no figure 'aft'"),
                   ("palette.txt", "141a2e", "141a2", "palette.txt:4: wanted"),
