@@ -2,34 +2,21 @@
 
 #include "app/Application.h"
 #include "app/CMN_TimeManager.h"
+#include "gfx/DrawColorScope.h"
 #include "gfx/GFX_GraphicsManager.h"
 #include "input/CMN_InputManager.h"
+#include "support/TemporaryFile.h"
 
 #include <SDL.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
+#include <sstream>
 #include <string>
-
-#include <unistd.h>
 
 namespace {
 
 constexpr std::uint32_t kTick = 16;         // ms
 constexpr std::uint32_t kDeadline = 120000; // ms, for loads to end even under a slow sanitizer
-
-std::string WriteConfiguration(const GameOptions& options) {
-    const std::filesystem::path path =
-        std::filesystem::temp_directory_path() / ("vesk-test-" + std::to_string(getpid()) + ".ini");
-    std::ofstream(path) << "[resource]\nmode = " << options.mode
-                        << "\n[graphics]\nwidth = " << options.width
-                        << "\nheight = " << options.height
-                        << "\n[world]\nstart_pos_x = " << options.start.x
-                        << "\nstart_pos_y = " << options.start.y
-                        << "\nstart_zoom = " << options.zoom << "\n";
-    return path.string();
-}
 
 void PushKey(std::uint32_t type, SDL_Keycode key) {
     SDL_Event event{};
@@ -40,10 +27,22 @@ void PushKey(std::uint32_t type, SDL_Keycode key) {
 
 } // namespace
 
+std::string ConfigurationText(const GameOptions& options) {
+    std::ostringstream text;
+    text << "[resource]\nmode = " << options.mode << "\n[graphics]\nwidth = " << options.width
+         << "\nheight = " << options.height << "\n[world]\nstart_pos_x = " << options.start.x
+         << "\nstart_pos_y = " << options.start.y << "\nstart_zoom = " << options.zoom << "\n";
+    return text.str();
+}
+
 void UseHeadlessDrivers() {
-    SDL_SetHint(SDL_HINT_VIDEODRIVER, "dummy");
-    SDL_SetHint(SDL_HINT_RENDER_DRIVER, "software");
-    SDL_SetHint(SDL_HINT_RENDER_VSYNC, "0"); // no waiting for a display that is not there
+    // Above the environment, which may name the drivers of a real screen.
+    const auto force = [](const char* hint, const char* value) {
+        SDL_SetHintWithPriority(hint, value, SDL_HINT_OVERRIDE);
+    };
+    force(SDL_HINT_VIDEODRIVER, "dummy");
+    force(SDL_HINT_RENDER_DRIVER, "software");
+    force(SDL_HINT_RENDER_VSYNC, "0"); // no waiting for a display that is not there
 }
 
 GameHarness::GameHarness(const GameOptions& options)
@@ -51,10 +50,9 @@ GameHarness::GameHarness(const GameOptions& options)
     UseHeadlessDrivers();
     StartOptions start;
     start.hardwareThreads = options.hardwareThreads;
-    start.configurationFile = WriteConfiguration(options);
-    const bool started = StartUp(start);
-    std::filesystem::remove(start.configurationFile);
-    if (!started) {
+    const TemporaryFile configuration(ConfigurationText(options));
+    start.configurationFile = configuration.Path();
+    if (!StartUp(start)) {
         ADD_FAILURE() << "the game does not start";
     }
 }
@@ -105,12 +103,20 @@ void GameHarness::Settle() {
 }
 
 void GameHarness::Capture() {
+    Capture([this] { World().Render(); });
+}
+
+void GameHarness::Capture(const std::function<void()>& draw) {
     // Pixels are undefined after a present, so they are taken from a frame drawn into a texture.
     SDL_Renderer* renderer = GFX_GraphicsManager::GetInstance()->renderer;
     SDL_Texture* target = SDL_CreateTexture(renderer, SDL_PIXELFORMAT_ARGB8888,
                                             SDL_TEXTUREACCESS_TARGET, width, height);
     SDL_SetRenderTarget(renderer, target);
-    World().Render();
+    {
+        const DrawColorScope scope(renderer, {0, 0, 0, 255});
+        SDL_RenderClear(renderer);
+    }
+    draw();
     frame.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0);
     const int failed =
         SDL_RenderReadPixels(renderer, nullptr, SDL_PIXELFORMAT_ARGB8888, frame.data(), width * 4);
@@ -120,8 +126,49 @@ void GameHarness::Capture() {
 }
 
 SDL_Color GameHarness::Pixel(int x, int y) const {
-    const std::uint32_t argb = frame[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
-                                     static_cast<std::size_t>(x)];
+    const std::uint32_t argb =
+        frame.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                 static_cast<std::size_t>(x));
     return {static_cast<Uint8>(argb >> 16U), static_cast<Uint8>(argb >> 8U),
             static_cast<Uint8>(argb), static_cast<Uint8>(argb >> 24U)};
+}
+
+SDL_Rect GameHarness::Bounds(const std::function<bool(SDL_Color)>& counts) const {
+    SDL_Rect bounds{};
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            if (counts(Pixel(x, y))) {
+                const SDL_Rect pixel{x, y, 1, 1};
+                SDL_UnionRect(&bounds, &pixel, &bounds); // an empty rectangle adds nothing
+            }
+        }
+    }
+    return bounds;
+}
+
+SDL_Rect GameHarness::BoundsOf(SDL_Color color) const {
+    return Bounds([color](SDL_Color pixel) { return SameColor(pixel, color); });
+}
+
+SDL_Rect GameHarness::DrawnBounds() const {
+    return Bounds([](SDL_Color pixel) { return !SameColor(pixel, {0, 0, 0, 255}); });
+}
+
+int GameHarness::CountOf(SDL_Color color) const {
+    int count = 0;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            count += SameColor(Pixel(x, y), color) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+std::vector<std::string> OutputCapture::Lines() const {
+    std::vector<std::string> lines;
+    std::istringstream stream(text.str());
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
+    }
+    return lines;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <iostream>
 #include <sstream>
 #include <string>
@@ -10,6 +11,7 @@
 
 #include <SDL_keycode.h>
 #include <SDL_pixels.h>
+#include <SDL_rect.h>
 
 #include "gfx/Vec2.h"
 #include "world/WorldManager.h"
@@ -19,9 +21,16 @@ struct GameOptions {
     int height = 480;
     Vec2i start{6156, 6156};
     std::string zoom = "1";
-    std::string mode = "dev";
+    std::string mode = "dev";          ///< any other: no image and no font is found
     std::uint32_t hardwareThreads = 2; ///< one worker fewer
 };
+
+/// The configuration file's text for these options.
+std::string ConfigurationText(const GameOptions& options);
+
+/// Makes SDL use its headless drivers until it is shut down; called by the harness, and by tests
+/// that start the program themselves.
+void UseHeadlessDrivers();
 
 /// A running game from construction to destruction; one at a time.
 class GameHarness {
@@ -52,25 +61,34 @@ public:
     /// the test when loads do not end.
     void Settle();
 
-    /// Draws a frame and takes a copy of it.
+    /// Draws a frame of the world and takes a copy of it.
     void Capture();
+
+    /// Takes a copy of what `draw` draws on a black window.
+    void Capture(const std::function<void()>& draw);
 
     /// A pixel of the captured frame, SDL coordinates.
     SDL_Color Pixel(int x, int y) const;
+
+    /// Of the captured frame: the smallest rectangle around all pixels of a colour, or around all
+    /// that are not black; empty at (0, 0) when there are none.
+    SDL_Rect BoundsOf(SDL_Color color) const;
+    SDL_Rect DrawnBounds() const;
+
+    /// How many pixels of the captured frame have the colour.
+    int CountOf(SDL_Color color) const;
 
     WorldManager& World() const { return *WorldManager::GetInstance(); }
     std::uint32_t Now() const { return now; }
 
 private:
+    SDL_Rect Bounds(const std::function<bool(SDL_Color)>& counts) const;
+
     std::uint32_t now = 1000; // ms
     int width;
     int height;
     std::vector<std::uint32_t> frame; // ARGB
 };
-
-/// The names SDL knows the headless drivers by; called by the harness, and by tests that open a
-/// window of their own.
-void UseHeadlessDrivers();
 
 /// Collects what the program prints on standard output from construction to Text().
 class OutputCapture {
@@ -81,11 +99,16 @@ public:
     OutputCapture& operator=(const OutputCapture&) = delete;
 
     std::string Text() const { return text.str(); }
+    std::vector<std::string> Lines() const;
 
 private:
     std::ostringstream text;
     std::streambuf* former;
 };
+
+inline constexpr SDL_Color kTestRed{255, 0, 0, 255};
+inline constexpr SDL_Color kTestGreen{0, 255, 0, 255};
+inline constexpr SDL_Color kTestPink{255, 0, 255, 255};
 
 constexpr bool SameColor(SDL_Color a, SDL_Color b) {
     return a.r == b.r && a.g == b.g && a.b == b.b;

@@ -1,0 +1,176 @@
+#include "common/CMN_TaskManager.h"
+
+#include "support/Signal.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <numeric>
+#include <set>
+#include <thread>
+#include <vector>
+
+namespace {
+
+// Runs `work`; ends the whole process when it hangs, as nothing else can end a thread.
+template <typename Work>
+void RunWithDeadline(Work work) {
+    Signal done;
+    std::thread thread([&] {
+        work();
+        done.Raise();
+    });
+    if (!done.Wait()) {
+        std::cerr << "the pool hangs" << std::endl;
+        std::abort();
+    }
+    thread.join();
+}
+
+} // namespace
+
+TEST(TaskManagerTest, OneWorkerRunsJobsInTheOrderAdded) {
+    CMN_TaskManager pool;
+    ASSERT_TRUE(pool.Init(2));
+    EXPECT_EQ(pool.workerCount, 1);
+    std::vector<int> order; // written by the one worker
+    Signal done;
+    for (int i = 0; i < 100; ++i) {
+        pool.AddTask([&order, i] { order.push_back(i); });
+    }
+    pool.AddTask([&done] { done.Raise(); });
+    ASSERT_TRUE(done.Wait());
+    std::vector<int> expected(100);
+    std::iota(expected.begin(), expected.end(), 0);
+    EXPECT_EQ(order, expected);
+}
+
+TEST(TaskManagerTest, EveryWorkerRunsAJobAtTheSameTime) {
+    CMN_TaskManager pool;
+    ASSERT_TRUE(pool.Init(8));
+    EXPECT_EQ(pool.workerCount, 7);
+    constexpr int count = 7;
+    std::atomic<int> arrived{0};
+    Signal allArrived;
+    std::vector<Signal> ended(count);
+    Mutex mutex;
+    std::set<std::thread::id> threads;
+    for (Signal& end : ended) {
+        pool.AddTask([&] {
+            {
+                const MutexLock lock(mutex);
+                threads.insert(std::this_thread::get_id());
+            }
+            if (++arrived == count) {
+                allArrived.Raise();
+            }
+            EXPECT_TRUE(allArrived.Wait()) << "fewer jobs than workers run at once";
+            end.Raise();
+        });
+    }
+    for (Signal& end : ended) {
+        ASSERT_TRUE(end.Wait());
+    }
+    const MutexLock lock(mutex);
+    EXPECT_EQ(threads.size(), 7U);
+    EXPECT_FALSE(threads.contains(std::this_thread::get_id()));
+}
+
+TEST(TaskManagerTest, JobsMayAddJobs) {
+    CMN_TaskManager pool;
+    ASSERT_TRUE(pool.Init(4));
+    std::atomic<int> ran{0};
+    Signal done;
+    constexpr int generations = 10; // each job adds two of the next generation
+    std::function<void(int)> spawn = [&](int generation) {
+        if (++ran == (1 << generations) - 1) {
+            done.Raise();
+        }
+        if (generation + 1 < generations) {
+            pool.AddTask([&spawn, generation] { spawn(generation + 1); });
+            pool.AddTask([&spawn, generation] { spawn(generation + 1); });
+        }
+    };
+    pool.AddTask([&spawn] { spawn(0); });
+    EXPECT_TRUE(done.Wait());
+    pool.Stop();
+    EXPECT_EQ(ran, (1 << generations) - 1);
+}
+
+TEST(TaskManagerTest, StoppingDropsPendingJobsAndFinishesTheRunningOne) {
+    auto pending = std::make_shared<int>(0); // counted by its holders
+    bool finished = false;
+    bool pendingRan = false;
+    Signal running;
+    {
+        CMN_TaskManager pool;
+        ASSERT_TRUE(pool.Init(2));
+        pool.AddTask([&] {
+            running.Raise();
+            // All but the test's own holder go before the pool waits for this job.
+            RunWithDeadline([&] {
+                while (pending.use_count() > 1) {
+                    std::this_thread::yield();
+                }
+            });
+            finished = true;
+        });
+        for (int i = 0; i < 50; ++i) {
+            pool.AddTask([&pendingRan, pending] { pendingRan = true; });
+        }
+        ASSERT_TRUE(running.Wait());
+    } // the destructor stops
+    EXPECT_TRUE(finished);
+    EXPECT_FALSE(pendingRan);
+    EXPECT_EQ(pending.use_count(), 1);
+}
+
+TEST(TaskManagerTest, NothingRunsAfterTheStop) {
+    CMN_TaskManager pool;
+    ASSERT_TRUE(pool.Init(3));
+    pool.Stop();
+    pool.Stop();
+    const auto token = std::make_shared<int>(0);
+    pool.AddTask([token] { ADD_FAILURE() << "a job runs after the stop"; });
+    EXPECT_EQ(token.use_count(), 1) << "a job is kept that can never run";
+    pool.Stop();
+}
+
+TEST(TaskManagerTest, WithoutWorkersJobsWaitUntilTheyAreDropped) {
+    const auto token = std::make_shared<int>(0);
+    for (const std::uint32_t threads : {0U, 1U}) {
+        CMN_TaskManager pool;
+        EXPECT_EQ(pool.Init(threads), threads == 1);
+        EXPECT_EQ(pool.hardwareThreads, threads);
+        EXPECT_EQ(pool.workerCount, 0);
+        pool.AddTask([token] { ADD_FAILURE() << "a job runs without a worker"; });
+        EXPECT_EQ(token.use_count(), 2);
+        pool.Stop();
+        EXPECT_EQ(token.use_count(), 1);
+    }
+    CMN_TaskManager machine;
+    EXPECT_EQ(machine.Init(), std::thread::hardware_concurrency() != 0);
+    EXPECT_EQ(machine.hardwareThreads, std::thread::hardware_concurrency());
+}
+
+TEST(TaskManagerTest, NoWorkerMissesTheStop) {
+    RunWithDeadline([] {
+        std::atomic<int> ran{0};
+        for (int round = 0; round < 400; ++round) {
+            CMN_TaskManager pool;
+            pool.Init(static_cast<std::uint32_t>(2 + round % 4));
+            for (int job = 0; job < round % 3; ++job) {
+                pool.AddTask([&ran] { ++ran; });
+            }
+            if (round % 2 == 0) {
+                std::this_thread::yield(); // now and then the workers get to wait first
+            }
+            pool.Stop();
+            const int atStop = ran;
+            EXPECT_EQ(ran, atStop);
+        }
+    });
+}
