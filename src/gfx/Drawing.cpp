@@ -18,8 +18,10 @@ constexpr SDL_Color kWhite{255, 255, 255, 255};
 } // namespace
 
 Vec2i GFX_GraphicsManager::WorldToScreen(Vec2i world, Vec2i camera, float zoom) const {
-    const Vec2i point = (world - camera) * zoom + screenCenter;
-    return {point.x, WrapSub(height, point.y)};
+    const Vec2i offset = (world - camera) * zoom;
+    // Saturating, as the scaling is: a point far to one side must not appear on the other.
+    return {SaturatingAdd(offset.x, screenCenter.x),
+            SaturatingSub(height, SaturatingAdd(offset.y, screenCenter.y))};
 }
 
 void GFX_GraphicsManager::DrawSprite(const Sprite* sprite, Vec2i world, Vec2i camera, float zoom) {
@@ -47,7 +49,7 @@ void GFX_GraphicsManager::DrawScaled(const Sprite& sprite, Vec2i world, Vec2i ca
 }
 
 SDL_Rect GFX_GraphicsManager::ToScreenRect(const Rect& rect) const {
-    return {rect.left, WrapSub(height, rect.top), rect.width, rect.height};
+    return {rect.left, SaturatingSub(height, rect.top), rect.width, rect.height};
 }
 
 void GFX_GraphicsManager::DrawRect(const Rect& rect, const SDL_Color& color) {
@@ -65,11 +67,11 @@ void GFX_GraphicsManager::FillRect(const Rect& rect, const SDL_Color& color) {
 void GFX_GraphicsManager::DrawLine(Vec2i from, Vec2i to, const SDL_Color& color) {
     const MutexLock lock(renderLock);
     const DrawColorScope scope(renderer, color);
-    DrawScreenLine({from.x, WrapSub(height, from.y)}, {to.x, WrapSub(height, to.y)});
+    DrawScreenLine({from.x, SaturatingSub(height, from.y)}, {to.x, SaturatingSub(height, to.y)});
 }
 
 void GFX_GraphicsManager::DrawText(const char* text, const Rect& rect, const SDL_Color& color) {
-    DrawTextTexture(text, {rect.left, WrapSub(height, rect.top)}, color);
+    DrawTextTexture(text, {rect.left, SaturatingSub(height, rect.top)}, color);
 }
 
 void GFX_GraphicsManager::DrawTextAt(const char* text, std::int32_t x, std::int32_t y) {

@@ -12,16 +12,17 @@ namespace {
 constexpr int kDeadZone = 5000;
 
 // An axis value from -32768 to 32767 as a fraction from 0 to 1.
-float AxisFraction(int value) {
-    return static_cast<float>(value + 32768) / 65535.0f;
+double AxisFraction(int value) {
+    return (value + 32768) / 65535.0;
 }
 
 float StickValue(int value) {
-    return value >= -kDeadZone && value <= kDeadZone ? 0.0f : AxisFraction(value) * 2.0f - 1.0f;
+    const bool atRest = value >= -kDeadZone && value <= kDeadZone;
+    return atRest ? 0.0f : static_cast<float>(AxisFraction(value) * 2.0 - 1.0);
 }
 
 float TriggerValue(int value) {
-    return value <= kDeadZone ? 0.0f : AxisFraction(value);
+    return value <= kDeadZone ? 0.0f : static_cast<float>(AxisFraction(value));
 }
 
 } // namespace
