@@ -222,6 +222,21 @@ TEST_F(MapEntityTest, ShowsTheLandCellsOfTheClustersInTheOverview) {
     }
 }
 
+TEST_F(MapEntityTest, CountsThePanelsEdgeAsInside) {
+    Start(Options(kAmongIslands));
+    Open();
+    // The player's cell, at map units (275, 225), and the player on every edge and a pixel beyond.
+    for (const float beyond : {0.25f, 1.25f}) {
+        const float x = 512.0f + beyond;
+        const float y = 288.0f + beyond;
+        for (const Vec2f offset :
+             {Vec2f{x, 0.0f}, Vec2f{-x, 0.0f}, Vec2f{0.0f, y}, Vec2f{0.0f, -y}}) {
+            Map().pan = Vec2f{275.0f, 225.0f} - offset;
+            CompareWithPainted();
+        }
+    }
+}
+
 TEST_F(MapEntityTest, KeepsFarDecodedCellsInTheFarEast) {
     Start(Options(kAmongIslands));
     Open();

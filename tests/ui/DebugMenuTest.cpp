@@ -184,6 +184,7 @@ TEST_F(DebugMenuTest, IsHiddenUntilItsKeyIsReleased) {
     game.KeyUp(SDLK_BACKQUOTE);
     game.TickOnly();
     EXPECT_TRUE(Menu().active);
+    EXPECT_EQ(Menu().menuWindow.fillColor.a, 128); // does not show in the picture
     CompareWithPainted(1, kFirstLabels);
 
     game.Tap(SDLK_s);
@@ -313,13 +314,11 @@ TEST_F(DebugMenuTest, GoingToTheMapsCenterEndsAMove) {
     Map().pan = {400.0f, 400.0f};
     game.KeyDown(SDLK_RETURN);
     game.TickOnly(3);
+    // The player sets out in the tick that presses the button: the player comes before the menu.
     game.KeyDown(SDLK_d);
-    game.TickOnly();
-    ASSERT_FALSE(Player().idle);
-    game.KeyUp(SDLK_d);
     game.KeyUp(SDLK_RETURN);
     game.TickOnly();
-    EXPECT_TRUE(Player().idle);
+    game.KeyUp(SDLK_d);
     const Vec2i placed = Player().position;
     EXPECT_EQ(placed, (Vec2i{98304 + 12, 98304 + 12}));
     game.TickOnly(10);

@@ -235,19 +235,19 @@ TEST_F(WidgetTest, CallbacksMayChangeAnyWidget) {
     UIF_Button* lower = AddButton("lower");
     top->Hover();
     TakeEvents();
-    // A callback that fills its own list, gives every widget more children and links the buttons.
-    top->onClick.AddCallback([=, this, text = std::string(100, 'x')](UIF_Button* self) {
+    // One callback fills its own list and gives every widget more children, so that whatever held
+    // them moves while they are in use; the other links the buttons.
+    top->onClick.AddCallback([this](UIF_Button* self) {
         for (int i = 0; i < 100; ++i) {
             self->onClick.AddCallback([this](UIF_Button*) { events.emplace_back("later"); });
-            self->AddChild(std::make_unique<UIF_Label>(kSmall, text));
-            panel->window.AddChild(std::make_unique<UIF_Label>(kSmall, text));
+            self->AddChild(std::make_unique<UIF_Label>(kSmall, "x"));
+            panel->window.AddChild(std::make_unique<UIF_Label>(kSmall, "x"));
         }
-        StackBelow(top, lower);
-        events.push_back(text);
+        events.emplace_back("filled");
     });
+    top->onClick.AddCallback([=](UIF_Button*) { StackBelow(top, lower); });
     TapTogether({SDLK_s, SDLK_RETURN});
-    EXPECT_EQ(TakeEvents(),
-              (Events{"click top", std::string(100, 'x'), "unhover top", "hover lower"}));
+    EXPECT_EQ(TakeEvents(), (Events{"click top", "filled", "unhover top", "hover lower"}));
     EXPECT_EQ(top->children.size(), 100U);
 
     game.Tap(SDLK_w);
