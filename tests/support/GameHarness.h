@@ -110,6 +110,14 @@ inline constexpr SDL_Color kTestRed{255, 0, 0, 255};
 inline constexpr SDL_Color kTestGreen{0, 255, 0, 255};
 inline constexpr SDL_Color kTestPink{255, 0, 255, 255};
 
+inline bool operator==(const SDL_Rect& a, const SDL_Rect& b) {
+    return SDL_RectEquals(&a, &b) == SDL_TRUE;
+}
+
+inline std::ostream& operator<<(std::ostream& out, const SDL_Rect& rect) {
+    return out << rect.w << " x " << rect.h << " at " << rect.x << ", " << rect.y;
+}
+
 constexpr bool SameColor(SDL_Color a, SDL_Color b) {
     return a.r == b.r && a.g == b.g && a.b == b.b;
 }

@@ -1,0 +1,155 @@
+#include "gfx/GFX_GraphicsManager.h"
+
+#include "common/BasePath.h"
+#include "support/GameHarness.h"
+#include "support/SolidTexture.h"
+
+#include <SDL.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstddef>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+const std::vector<std::string> kPreloaded{"enemies.png",    "image.png",   "ships.png",
+                                          "link_raw.png",   "compass.png", "hud_compass.png",
+                                          "island_icon.png"};
+
+GFX_GraphicsManager& Graphics() {
+    return *GFX_GraphicsManager::GetInstance();
+}
+
+bool StartsWith(const std::string& text, const std::string& start) {
+    return text.compare(0, start.size(), start) == 0;
+}
+
+} // namespace
+
+TEST(GraphicsManagerTest, OpensTheWindowAsConfigured) {
+    GameOptions options;
+    options.width = 801;
+    options.height = 603;
+    const GameHarness game(options);
+    SDL_Window* window = Graphics().window;
+    int x = 0;
+    int y = 0;
+    int w = 0;
+    int h = 0;
+    SDL_GetWindowPosition(window, &x, &y);
+    SDL_GetWindowSize(window, &w, &h);
+    EXPECT_STREQ(SDL_GetWindowTitle(window), "Vesk");
+    EXPECT_EQ((Vec2i{x, y}), (Vec2i{100, 100}));
+    EXPECT_EQ((Vec2i{w, h}), (Vec2i{801, 603}));
+    EXPECT_NE(SDL_GetWindowFlags(window) & SDL_WINDOW_SHOWN, 0U);
+    EXPECT_EQ((Vec2i{Graphics().width, Graphics().height}), (Vec2i{801, 603}));
+    EXPECT_EQ(Graphics().screenCenter, (Vec2i{400, 301}));
+}
+
+TEST(GraphicsManagerTest, LoadsEveryImageOnceAtTheStart) {
+    const GameHarness game;
+    const OutputCapture output;
+    std::vector<std::string> names = kPreloaded;
+    names.emplace_back("terrain_transition.png"); // asked for by the terrain
+    std::set<const TextureInfo*> found;
+    for (const std::string& name : names) {
+        const TextureInfo* info = Graphics().GetTexture(name);
+        ASSERT_NE(info, nullptr) << name;
+        EXPECT_EQ(Graphics().GetTexture(name), info);
+        int width = 0;
+        int height = 0;
+        SDL_QueryTexture(info->texture, nullptr, nullptr, &width, &height);
+        EXPECT_EQ((Vec2i{info->width, info->height}), (Vec2i{width, height}));
+        found.insert(info);
+    }
+    EXPECT_EQ(found.size(), names.size());
+    EXPECT_EQ(output.Text(), "");
+}
+
+TEST(GraphicsManagerTest, MissingFilesAreReportedEachTimeTheyAreAskedFor) {
+    const GameHarness game;
+    for (int i = 0; i < 3; ++i) {
+        const OutputCapture output;
+        EXPECT_EQ(Graphics().GetTexture("no-such.png"), nullptr);
+        EXPECT_EQ(Graphics().CreateSprite("Ships.png", 0, 0, 1, 1), nullptr) << "case counts";
+        EXPECT_EQ(Graphics().LoadTexture("sample.ttf"), nullptr) << "no image";
+        ASSERT_EQ(output.Lines().size(), 3U) << output.Text();
+        for (const std::string& line : output.Lines()) {
+            EXPECT_TRUE(StartsWith(line, "CreateTextureFromSurface error: ")) << line;
+        }
+        EXPECT_NE(output.Lines()[0].find("no-such.png"), std::string::npos)
+            << "the text belongs to this failure";
+    }
+}
+
+TEST(GraphicsManagerTest, TheGameRunsWithoutAnyOfItsFiles) {
+    const OutputCapture output;
+    GameOptions options;
+    options.mode = "release";
+    GameHarness game(options);
+    EXPECT_EQ(GFX_GraphicsManager::GetDataPath(), GetBasePath() + "data/");
+    const std::vector<std::string> lines = output.Lines();
+    ASSERT_GE(lines.size(), 1 + kPreloaded.size());
+    EXPECT_TRUE(StartsWith(lines[0], "TTF_OpenFont error: ")) << lines[0];
+    for (std::size_t i = 0; i < kPreloaded.size(); ++i) {
+        EXPECT_TRUE(StartsWith(lines[i + 1], "CreateTextureFromSurface error: ")) << lines[i + 1];
+        EXPECT_NE(lines[i + 1].find(kPreloaded[i]), std::string::npos) << lines[i + 1];
+    }
+    game.World().showPlayerInfo = true;
+    game.Tap(SDLK_BACKQUOTE);
+    game.Tap(SDLK_BACKSPACE);
+    game.KeyDown(SDLK_d);
+    game.Tick(5);
+    EXPECT_GT(output.Lines().size(), lines.size());
+}
+
+TEST(GraphicsManagerTest, SpritesAreCutOnManyThreadsWhileTheMainThreadDraws) {
+    GameHarness game;
+    const SolidTexture image(8, 8, kTestRed);
+    constexpr int threadCount = 8;
+    constexpr int spriteCount = 400;
+    std::array<std::vector<const Sprite*>, threadCount> made;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < threadCount; ++t) {
+        threads.emplace_back([&made, t] {
+            for (int i = 0; i < spriteCount; ++i) {
+                const char* name = i % 2 == 0 ? "enemies.png" : "compass.png";
+                made[static_cast<std::size_t>(t)].push_back(
+                    Graphics().CreateSprite(name, t, i, 16, 16));
+            }
+        });
+    }
+    for (int i = 0; i < 50; ++i) {
+        Graphics().DrawSprite(&image.sprite, {0, 0}, {0, 0}, 1.0f);
+        EXPECT_NE(Graphics().CreateSprite("ships.png", 0, 0, 32, 32), nullptr);
+        Graphics().FillRect({9, 0, 9, 0, 9, 9}, kTestRed);
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    std::set<const Sprite*> distinct;
+    for (int t = 0; t < threadCount; ++t) {
+        for (int i = 0; i < spriteCount; ++i) {
+            const Sprite* sprite = made[static_cast<std::size_t>(t)][static_cast<std::size_t>(i)];
+            ASSERT_NE(sprite, nullptr);
+            EXPECT_EQ(sprite->source, (SDL_Rect{t, i, 16, 16}));
+            EXPECT_EQ(sprite->texture,
+                      Graphics().GetTexture(i % 2 == 0 ? "enemies.png" : "compass.png"));
+            distinct.insert(sprite);
+        }
+    }
+    EXPECT_EQ(distinct.size(), std::size_t{threadCount} * spriteCount) << "never shared";
+}
+
+TEST(GraphicsManagerTest, OtherThreadsNeverLoadAnImage) {
+    const GameHarness game;
+    std::thread([] {
+        EXPECT_EQ(Graphics().GetTexture("no-such.png"), nullptr);
+        EXPECT_EQ(Graphics().CreateSprite("no-such.png", 0, 0, 1, 1), nullptr);
+        EXPECT_NE(Graphics().CreateSprite("compass.png", 0, 0, 1, 1), nullptr);
+    }).join();
+}
