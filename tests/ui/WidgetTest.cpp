@@ -237,13 +237,13 @@ TEST_F(WidgetTest, CallbacksMayChangeAnyWidget) {
     TakeEvents();
     // One callback fills its own list and gives every widget more children, so that whatever held
     // them moves while they are in use; the other links the buttons.
-    top->onClick.AddCallback([this](UIF_Button* self) {
+    top->onClick.AddCallback([log = &events, window = &panel->window](UIF_Button* self) {
         for (int i = 0; i < 100; ++i) {
-            self->onClick.AddCallback([this](UIF_Button*) { events.emplace_back("later"); });
+            self->onClick.AddCallback([log](UIF_Button*) { log->emplace_back("later"); });
             self->AddChild(std::make_unique<UIF_Label>(kSmall, "x"));
-            panel->window.AddChild(std::make_unique<UIF_Label>(kSmall, "x"));
+            window->AddChild(std::make_unique<UIF_Label>(kSmall, "x"));
         }
-        events.emplace_back("filled");
+        log->emplace_back("filled");
     });
     top->onClick.AddCallback([=](UIF_Button*) { StackBelow(top, lower); });
     TapTogether({SDLK_s, SDLK_RETURN});
