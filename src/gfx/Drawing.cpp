@@ -44,7 +44,8 @@ void GFX_GraphicsManager::DrawScaled(const Sprite& sprite, Vec2i world, Vec2i ca
     const SDL_Rect destination{corner.x, corner.y, size.x, size.y};
     if (FillTouchesWindow(destination, {width, height})) {
         const MutexLock lock(renderLock);
-        SDL_RenderCopy(renderer, sprite.texture->texture, &sprite.source, &destination);
+        const SDL_Rect source{sprite.source.x, sprite.source.y, sprite.source.w, sprite.source.h};
+        SDL_RenderCopy(renderer, sprite.texture->texture, &source, &destination);
     }
 }
 

