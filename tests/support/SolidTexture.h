@@ -2,6 +2,8 @@
 // the game does.
 #pragma once
 
+#include <cstdint>
+
 #include "gfx/GFX_GraphicsManager.h"
 
 class SolidTexture {
@@ -19,7 +21,8 @@ public:
         info = {SDL_CreateTextureFromSurface(GFX_GraphicsManager::GetInstance()->renderer, surface),
                 width, height};
         SDL_FreeSurface(surface);
-        sprite = {&info, {0, 0, width, height}};
+        sprite = {&info,
+                  {0, 0, static_cast<std::int16_t>(width), static_cast<std::int16_t>(height)}};
     }
     ~SolidTexture() { SDL_DestroyTexture(info.texture); }
     SolidTexture(const SolidTexture&) = delete;

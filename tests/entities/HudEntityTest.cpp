@@ -1,0 +1,133 @@
+#include "entities/HudEntity.h"
+
+#include "entities/CameraEntity.h"
+#include "entities/PlayerEntity.h"
+#include "gen/GenerateCluster.h"
+#include "gfx/GFX_GraphicsManager.h"
+#include "support/GameHarness.h"
+#include "support/SolidTexture.h"
+#include "world/ASM_AssetManager.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+constexpr Vec2i kIsland{6, 3}; // a land cell
+
+Vec2i CellCenter(Vec2i cell) {
+    return CellOrigin(cell) + Vec2i{kCellSize / 2, kCellSize / 2};
+}
+
+bool IsLand(Vec2i cell) {
+    ClusterRecord record;
+    GenerateCluster(ClusterKeyOfCell(cell), record);
+    const auto flag = record.cells.find(CellKey(cell).id);
+    return flag != record.cells.end() && flag->second == 1;
+}
+
+class HudEntityTest : public testing::Test {
+protected:
+    static GameOptions Options() {
+        GameOptions options;
+        options.width = 1280;
+        options.height = 720;
+        options.start = CellCenter(kIsland);
+        return options;
+    }
+
+    HudEntity& Hud() const { return dynamic_cast<HudEntity&>(*game.World().layers[kHudLayer][0]); }
+
+    // Where the icons lie around the radar's centre, with the player at a world position.
+    std::vector<Vec2i> IconsAt(Vec2i player) const {
+        game.World().player->position = player;
+        Hud().Update();
+        std::vector<Vec2i> offsets;
+        for (const Vec2i& icon : Hud().icons) {
+            offsets.push_back(icon - Hud().position);
+        }
+        return offsets;
+    }
+
+    static int CountOf(const std::vector<Vec2i>& offsets, Vec2i offset) {
+        return static_cast<int>(std::count(offsets.begin(), offsets.end(), offset));
+    }
+
+    GameHarness game{Options()};
+};
+
+} // namespace
+
+TEST_F(HudEntityTest, SitsTenPixelsFromTheUpperRightCorner) {
+    const TextureInfo* rose = GFX_GraphicsManager::GetInstance()->GetTexture("hud_compass.png");
+    EXPECT_EQ(Hud().compassTexture, rose);
+    EXPECT_EQ(Hud().islandTexture,
+              GFX_GraphicsManager::GetInstance()->GetTexture("island_icon.png"));
+    const SolidTexture compass(rose->width, rose->height, kTestRed);
+    Hud().compassTexture = &compass.info;
+    game.Capture([this] { Hud().Render(); });
+    EXPECT_EQ(game.BoundsOf(kTestRed),
+              (SDL_Rect{1280 - 10 - (rose->width + 1) / 2 - rose->width / 2 + rose->width % 2, 10,
+                        rose->width, rose->height}));
+}
+
+TEST_F(HudEntityTest, PlacesIconsInTheDirectionAndAtTheScaledDistanceOfLand) {
+    ASSERT_TRUE(IsLand(kIsland));
+    game.TickOnly(); // the clusters around are held from now on
+    EXPECT_EQ(CountOf(IconsAt(CellCenter({5, 3})), {20, 0}), 1) << "one cell to the east";
+    EXPECT_EQ(CountOf(IconsAt(CellCenter({7, 3})), {-20, 0}), 1) << "to the west";
+    EXPECT_EQ(CountOf(IconsAt(CellCenter({6, 2})), {0, -20}), 1) << "north is up";
+    EXPECT_EQ(CountOf(IconsAt(CellCenter({6, 5})), {0, 40}), 1) << "south is down";
+    EXPECT_EQ(CountOf(IconsAt(CellCenter({3, 0})), {35, -35}), 1) << "cut to the rim";
+    EXPECT_EQ(CountOf(IconsAt(CellCenter({9, 3})), {-50, 0}), 1) << "60 away, cut to the rim";
+    // The player's own cell, seen from a quarter cell beside its centre.
+    EXPECT_EQ(CountOf(IconsAt(CellCenter(kIsland) + Vec2i{3072, -3072}), {-5, -5}), 1);
+    EXPECT_EQ(CountOf(IconsAt(CellCenter(kIsland)), {0, 0}), 1);
+}
+
+TEST_F(HudEntityTest, ShowsEveryLandCellWithinThreeCellsAndNoOther) {
+    game.TickOnly();
+    for (const Vec2i cell : {Vec2i{6, 3}, {3, 3}, {2, 3}, {1, 7}, {14, 2}}) {
+        std::size_t land = 0;
+        for (std::int32_t dx = -3; dx <= 3; ++dx) {
+            for (std::int32_t dy = -3; dy <= 3; ++dy) {
+                land += IsLand(cell + Vec2i{dx, dy}) ? 1 : 0;
+            }
+        }
+        EXPECT_EQ(IconsAt(CellCenter(cell)).size(), land) << cell.x << " " << cell.y;
+        EXPECT_EQ(IconsAt(CellCenter(cell)).size(), land) << "the list is rebuilt";
+    }
+}
+
+TEST_F(HudEntityTest, KnowsOnlyTheClustersThatAreHeld) {
+    EXPECT_TRUE(IconsAt(CellCenter(kIsland)).empty()) << "none is held before the first tick";
+    game.TickOnly();
+    EXPECT_FALSE(IconsAt(CellCenter(kIsland)).empty());
+    const std::size_t held = ASM_AssetManager::GetInstance()->GetClusters().ListHeld().size();
+    EXPECT_TRUE(IconsAt(CellCenter({1000, 1000})).empty());
+    EXPECT_EQ(ASM_AssetManager::GetInstance()->GetClusters().ListHeld().size(), held)
+        << "looking holds nothing";
+}
+
+TEST_F(HudEntityTest, DrawsIconsCentredAndSkipsMissingImages) {
+    const SolidTexture compass(100, 100, kTestRed);
+    const SolidTexture island(9, 6, kTestGreen);
+    Hud().position = {1220, 60};
+    Hud().icons = {{1240, 50}};
+    Hud().compassTexture = &compass.info;
+    Hud().islandTexture = &island.info;
+    game.World().camera->zoom = 0.1f; // the radar ignores the view
+    game.Capture([this] { Hud().Render(); });
+    EXPECT_EQ(game.BoundsOf(kTestRed), (SDL_Rect{1170, 10, 100, 100}));
+    EXPECT_EQ(game.BoundsOf(kTestGreen), (SDL_Rect{1236, 47, 9, 6}));
+    EXPECT_EQ(game.CountOf(kTestGreen), 54) << "icons lie above the rose";
+
+    Hud().compassTexture = nullptr;
+    game.Capture([this] { Hud().Render(); });
+    EXPECT_EQ(game.DrawnBounds(), (SDL_Rect{1236, 47, 9, 6}));
+    Hud().islandTexture = nullptr;
+    game.Capture([this] { Hud().Render(); });
+    EXPECT_EQ(game.DrawnBounds(), SDL_Rect{});
+}

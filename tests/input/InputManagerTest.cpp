@@ -1,0 +1,273 @@
+#include "input/CMN_InputManager.h"
+
+#include "app/CMN_TimeManager.h"
+
+#include <SDL.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace {
+
+using enum InputAction;
+
+using Levels = std::array<float, kInputActionCount>;
+
+// An input manager whose clock the test sets.
+class InputManagerTest : public testing::Test {
+protected:
+    InputManagerTest() {
+        SDL_Init(SDL_INIT_EVENTS);
+        SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);
+        Restart();
+    }
+    ~InputManagerTest() override {
+        CMN_InputManager::DestroyInstance();
+        CMN_TimeManager::DestroyInstance();
+        SDL_Quit();
+    }
+
+    static CMN_InputManager& Input() { return *CMN_InputManager::GetInstance(); }
+
+    static void Restart(std::uint32_t minInterval = 30) {
+        CMN_InputManager::DestroyInstance();
+        for (CMN_InputManager::Timer& timer : Input().timers) {
+            timer.minInterval = minInterval;
+        }
+    }
+
+    static void Push(std::uint32_t type, SDL_Keycode key = 0, bool isRepeat = false) {
+        SDL_Event event{};
+        event.type = type;
+        event.key.keysym.sym = key;
+        event.key.repeat = isRepeat ? 1 : 0;
+        ASSERT_EQ(SDL_PushEvent(&event), 1);
+    }
+
+    static void UpdateAt(std::uint32_t time) {
+        CMN_TimeManager::GetInstance()->currentTime = time;
+        Input().Update();
+    }
+
+    static void DownAt(std::uint32_t time, SDL_Keycode key) {
+        Push(SDL_KEYDOWN, key);
+        UpdateAt(time);
+    }
+
+    static void UpAt(std::uint32_t time, SDL_Keycode key) {
+        Push(SDL_KEYUP, key);
+        UpdateAt(time);
+    }
+
+    // The actions whose edges are set.
+    static std::vector<InputAction> Edges() {
+        std::vector<InputAction> edges;
+        for (std::size_t i = 0; i < kInputActionCount; ++i) {
+            if (Input().pressed[i]) {
+                edges.push_back(static_cast<InputAction>(i));
+            }
+        }
+        return edges;
+    }
+};
+
+const std::vector<InputAction> kNoEdge;
+
+} // namespace
+
+TEST_F(InputManagerTest, StartsAtRestWithHoldTimesOnlyFromTheJoystickStartUp) {
+    CMN_InputManager::DestroyInstance();
+    EXPECT_EQ(Input().actions, Levels{});
+    EXPECT_EQ(Edges(), kNoEdge);
+    EXPECT_EQ(Input().defaultInterval, 30U);
+    for (const CMN_InputManager::Timer& timer : Input().timers) {
+        EXPECT_EQ(timer.lastTime, 0U);
+        EXPECT_EQ(timer.minInterval, 0U);
+    }
+    Input().defaultInterval = 45;
+    Input().InitJoystick();
+    for (const CMN_InputManager::Timer& timer : Input().timers) {
+        EXPECT_EQ(timer.minInterval, 45U);
+    }
+}
+
+TEST_F(InputManagerTest, EveryKeyDoesWhatItsRowSaysAndNothingElse) {
+    struct Row {
+        SDL_Keycode key;
+        std::optional<InputAction> level;
+        float held;
+        float released;
+        std::optional<InputAction> edge;
+    };
+    const std::vector<Row> rows{{SDLK_ESCAPE, Quit, 1.0f, 1.0f, {}},
+                                {SDLK_BACKQUOTE, DebugMenu, 1.0f, 0.0f, DebugMenu},
+                                {SDLK_BACKSPACE, {}, 0.0f, 0.0f, Map},
+                                {SDLK_RETURN, {}, 0.0f, 0.0f, Confirm},
+                                {SDLK_w, MoveVertical, 1.0f, 0.0f, Up},
+                                {SDLK_s, MoveVertical, -1.0f, 0.0f, Down},
+                                {SDLK_a, MoveHorizontal, -1.0f, 0.0f, Left},
+                                {SDLK_d, MoveHorizontal, 1.0f, 0.0f, Right},
+                                {SDLK_e, ZoomIn, 1.0f, 0.0f, {}},
+                                {SDLK_q, ZoomOut, 1.0f, 0.0f, {}},
+                                {SDLK_RIGHT, PanHorizontal, 1.0f, 0.0f, {}},
+                                {SDLK_LEFT, PanHorizontal, -1.0f, 0.0f, {}},
+                                {SDLK_DOWN, PanVertical, -1.0f, 0.0f, {}},
+                                {SDLK_UP, PanVertical, 1.0f, 0.0f, {}},
+                                {SDLK_x, {}, 0.0f, 0.0f, {}},
+                                {SDLK_SPACE, {}, 0.0f, 0.0f, {}},
+                                {SDLK_KP_ENTER, {}, 0.0f, 0.0f, {}}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(SDL_GetKeyName(row.key));
+        Restart();
+        Levels expected{};
+        DownAt(1000, row.key);
+        if (row.level) {
+            expected[Index(*row.level)] = row.held;
+        }
+        EXPECT_EQ(Input().actions, expected);
+        EXPECT_EQ(Edges(), kNoEdge);
+        for (std::size_t i = 0; i < kInputActionCount; ++i) {
+            const bool isStamped = row.edge && Index(*row.edge) == i;
+            EXPECT_EQ(Input().timers[i].lastTime, isStamped ? 1000U : 0U) << i;
+        }
+        UpdateAt(1016);
+        EXPECT_EQ(Input().actions, expected) << "levels last";
+        UpAt(1032, row.key);
+        if (row.level) {
+            expected[Index(*row.level)] = row.released;
+        }
+        EXPECT_EQ(Input().actions, expected);
+        EXPECT_EQ(Edges(), row.edge ? std::vector{*row.edge} : kNoEdge);
+        UpdateAt(1048);
+        EXPECT_EQ(Edges(), kNoEdge) << "an edge outlives its update";
+    }
+}
+
+TEST_F(InputManagerTest, AReleaseCountsWhenThePressLiesLongEnoughBack) {
+    struct Case {
+        const char* name;
+        std::uint32_t minInterval;
+        std::uint32_t press;
+        std::uint32_t release;
+        bool counts;
+    };
+    const std::vector<Case> cases{
+        {"exactly the shortest hold", 30, 1000, 1030, false},
+        {"one more", 30, 1000, 1031, true},
+        {"the same update", 30, 1000, 1000, false},
+        {"across the clock's wrap, too short", 30, 0xFFFFFFF0U, 14, false},
+        {"across the clock's wrap, long enough", 30, 0xFFFFFFF0U, 15, true},
+        {"the sum wraps before the clock does", 30, 0xFFFFFFF0U, 0xFFFFFFF8U, true},
+        {"no joystick events: a later tick is enough", 0, 1000, 1001, true},
+        {"no joystick events, but the same tick", 0, 1000, 1000, false}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Restart(c.minInterval);
+        DownAt(c.press, SDLK_RETURN);
+        UpAt(c.release, SDLK_RETURN);
+        EXPECT_EQ(Edges(), c.counts ? std::vector{Confirm} : kNoEdge);
+        EXPECT_EQ(Input().timers[Index(Confirm)].lastTime, c.counts ? c.release : c.press);
+    }
+    Restart();
+    Push(SDL_KEYDOWN, SDLK_RETURN);
+    UpAt(5000, SDLK_RETURN);
+    EXPECT_EQ(Edges(), kNoEdge) << "press and release in one update";
+    UpAt(5030, SDLK_RETURN);
+    EXPECT_EQ(Edges(), kNoEdge);
+    UpAt(5031, SDLK_RETURN);
+    EXPECT_EQ(Edges(), std::vector{Confirm}) << "a refused release does not start a new hold";
+    UpAt(5061, SDLK_RETURN);
+    EXPECT_EQ(Edges(), kNoEdge) << "an accepted one does";
+}
+
+TEST_F(InputManagerTest, KeyRepeatMovesThePressOn) {
+    for (const std::uint32_t afterLastRepeat : {30U, 31U}) {
+        Restart();
+        DownAt(1000, SDLK_w);
+        std::uint32_t time = 1500;
+        for (; time < 4000; time += 33) {
+            Push(SDL_KEYDOWN, SDLK_w, true);
+            UpdateAt(time);
+            EXPECT_EQ(Edges(), kNoEdge);
+            EXPECT_EQ(Input().ActionValue(MoveVertical), 1.0f);
+        }
+        UpAt(time - 33 + afterLastRepeat, SDLK_w);
+        EXPECT_EQ(Edges(), afterLastRepeat > 30 ? std::vector{Up} : kNoEdge);
+    }
+}
+
+TEST_F(InputManagerTest, FortyTapsGiveFortyEdges) {
+    int edges = 0;
+    std::uint32_t time = 1000;
+    for (int tap = 0; tap < 40; ++tap) {
+        DownAt(time, SDLK_s);
+        edges += Input().IsPressed(Down) ? 1 : 0;
+        UpdateAt(time + 16);
+        edges += Input().IsPressed(Down) ? 1 : 0;
+        // The next press comes in the very update of the release.
+        Push(SDL_KEYUP, SDLK_s);
+        time += 32;
+        UpdateAt(time);
+        edges += Input().IsPressed(Down) ? 1 : 0;
+    }
+    EXPECT_EQ(edges, 40);
+}
+
+TEST_F(InputManagerTest, ReadersMayClearAnEdge) {
+    DownAt(1000, SDLK_w);
+    Push(SDL_KEYDOWN, SDLK_d);
+    UpdateAt(1016);
+    Push(SDL_KEYUP, SDLK_w);
+    UpAt(1060, SDLK_d);
+    EXPECT_EQ(Edges(), (std::vector{Up, Right}));
+    EXPECT_TRUE(Input().IsPressed(Up));
+    EXPECT_TRUE(Input().IsPressed(Up)) << "reading alone does not clear";
+    Input().ClearPressed(Up);
+    EXPECT_EQ(Edges(), std::vector{Right});
+}
+
+TEST_F(InputManagerTest, OppositeKeysShareAnAxisThatAnyReleaseCentres) {
+    struct Pair {
+        SDL_Keycode low;
+        SDL_Keycode high;
+        InputAction axis;
+    };
+    for (const Pair& pair :
+         {Pair{SDLK_a, SDLK_d, MoveHorizontal}, Pair{SDLK_s, SDLK_w, MoveVertical},
+          Pair{SDLK_LEFT, SDLK_RIGHT, PanHorizontal}, Pair{SDLK_DOWN, SDLK_UP, PanVertical}}) {
+        SCOPED_TRACE(SDL_GetKeyName(pair.low));
+        DownAt(1000, pair.low);
+        EXPECT_EQ(Input().ActionValue(pair.axis), -1.0f);
+        DownAt(1016, pair.high);
+        EXPECT_EQ(Input().ActionValue(pair.axis), 1.0f) << "the later key wins";
+        UpAt(1032, pair.low);
+        EXPECT_EQ(Input().ActionValue(pair.axis), 0.0f) << "although the other is still held";
+        DownAt(1048, pair.low);
+        UpAt(1064, pair.high);
+        EXPECT_EQ(Input().ActionValue(pair.axis), 0.0f);
+    }
+}
+
+TEST_F(InputManagerTest, OneUpdateTakesEveryEventAndIgnoresTheOthers) {
+    for (const std::uint32_t type : {SDL_MOUSEMOTION, SDL_MOUSEBUTTONDOWN, SDL_MOUSEWHEEL,
+                                     SDL_WINDOWEVENT, SDL_TEXTINPUT, SDL_USEREVENT}) {
+        Push(type);
+    }
+    UpdateAt(1000);
+    EXPECT_EQ(Input().actions, Levels{});
+    EXPECT_EQ(Edges(), kNoEdge);
+    for (int i = 0; i < 100; ++i) {
+        Push(SDL_KEYDOWN, SDLK_x);
+    }
+    Push(SDL_KEYDOWN, SDLK_e);
+    Push(SDL_QUIT);
+    UpdateAt(1016);
+    EXPECT_FALSE(SDL_HasEvents(SDL_FIRSTEVENT, SDL_LASTEVENT));
+    EXPECT_EQ(Input().ActionValue(ZoomIn), 1.0f);
+    EXPECT_EQ(Input().ActionValue(Quit), 1.0f);
+    UpdateAt(1032);
+    EXPECT_EQ(Input().ActionValue(Quit), 1.0f);
+}

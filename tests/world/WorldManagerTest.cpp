@@ -1,0 +1,319 @@
+#include "world/WorldManager.h"
+
+#include "app/CMN_TimeManager.h"
+#include "entities/AnchoredBoatEntity.h"
+#include "entities/CameraEntity.h"
+#include "entities/HudEntity.h"
+#include "entities/MapEntity.h"
+#include "entities/PlayerEntity.h"
+#include "entities/TerrainCellEntity.h"
+#include "gfx/GFX_GraphicsManager.h"
+#include "support/GameHarness.h"
+#include "support/ProbeEntity.h"
+#include "support/Signal.h"
+#include "ui/DebugMenuEntity.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Log = ProbeEntity::Log;
+
+// Adds a probe that the world owns.
+ProbeEntity& AddProbe(WorldManager& world, std::int32_t layer, const std::string& name = "",
+                      Log* log = nullptr) {
+    auto probe = std::make_unique<ProbeEntity>(name, log);
+    ProbeEntity& added = *probe;
+    world.AddEntity(probe.release(), layer);
+    return added;
+}
+
+bool IsInEntities(const WorldManager& world, const IEntity* entity) {
+    return std::any_of(world.entities.begin(), world.entities.end(),
+                       [&](const auto& owned) { return owned.get() == entity; });
+}
+
+bool IsInALayer(const WorldManager& world, const IEntity* entity) {
+    return std::any_of(world.layers.begin(), world.layers.end(), [&](const auto& layer) {
+        return std::find(layer.begin(), layer.end(), entity) != layer.end();
+    });
+}
+
+} // namespace
+
+TEST(WorldManagerTest, StartsWithItsFixedEntitiesInOrder) {
+    const GameHarness game;
+    const WorldManager& world = game.World();
+    ASSERT_EQ(world.entities.size(), 14U);
+    std::vector<IEntity*> terrain;
+    for (std::size_t i = 0; i < 9; ++i) {
+        terrain.push_back(world.entities[i].get());
+        EXPECT_NE(dynamic_cast<TerrainCellEntity*>(terrain.back()), nullptr);
+        EXPECT_EQ(world.cellGrid.GetEntity(i), terrain.back());
+        EXPECT_FALSE(terrain.back()->active);
+    }
+    IEntity* hud = world.entities[13].get();
+    EXPECT_EQ(world.entities[9].get(), world.anchoredBoat);
+    EXPECT_EQ(world.entities[10].get(), world.player);
+    EXPECT_EQ(world.entities[11].get(), world.map);
+    EXPECT_EQ(world.entities[12].get(), world.debugMenu);
+    EXPECT_NE(dynamic_cast<HudEntity*>(hud), nullptr);
+
+    EXPECT_EQ(world.layers[0], terrain);
+    EXPECT_TRUE(world.layers[1].empty());
+    EXPECT_TRUE(world.layers[2].empty());
+    EXPECT_EQ(world.layers[3], (std::vector<IEntity*>{world.anchoredBoat, world.player}));
+    EXPECT_EQ(world.layers[4], std::vector<IEntity*>{hud});
+    EXPECT_EQ(world.layers[5], std::vector<IEntity*>{world.map});
+    EXPECT_EQ(world.layers[6], std::vector<IEntity*>{world.debugMenu});
+
+    EXPECT_TRUE(world.player->active && hud->active && world.camera->active);
+    EXPECT_FALSE(world.anchoredBoat->active || world.map->active || world.debugMenu->active);
+    EXPECT_EQ(world.mapMode, 0);
+    EXPECT_FALSE(world.renderCellBorder || world.renderDungeonRooms ||
+                 world.renderMinSpanningTree || world.renderHallways || world.showPlayerInfo ||
+                 world.showLoadedAssets);
+    EXPECT_EQ(world.camera->target, world.player);
+    EXPECT_EQ(world.camera->position, (Vec2i{0, 0}));
+    EXPECT_EQ(world.player->position, (Vec2i{6156, 6156}));
+    EXPECT_EQ(world.player->direction, 3);
+    EXPECT_EQ(world.player->speed, 1200.0f);
+    EXPECT_TRUE(world.player->idle);
+}
+
+TEST(WorldManagerTest, TakesAStartZoomWithinItsBounds) {
+    const std::vector<std::pair<const char*, float>> cases{
+        {"0.005", 0.0f},   {"0.0099999", 0.0f}, {"0.01", 0.01f}, {"3.5", 3.5f}, {"10", 10.0f},
+        {"10.0001", 0.0f}, {"20", 0.0f},        {"-1", 0.0f},    {"nan", 0.0f}, {"", 0.0f}};
+    for (const auto& [text, expected] : cases) {
+        GameOptions options;
+        options.zoom = text;
+        const GameHarness game(options);
+        EXPECT_EQ(game.World().camera->zoom, expected) << text;
+    }
+}
+
+TEST(WorldManagerTest, TheMapOpensOnThePlayerEachTime) {
+    GameHarness game;
+    WorldManager& world = game.World();
+    const auto expectedPan = [&] {
+        return Vec2f{static_cast<float>(world.player->position.x) * (50.0f / 12288.0f),
+                     static_cast<float>(world.player->position.y) * (50.0f / 12288.0f)};
+    };
+    for (int round = 0; round < 2; ++round) {
+        game.Tap(SDLK_BACKSPACE);
+        EXPECT_EQ(world.mapMode, 1);
+        EXPECT_TRUE(world.map->active);
+        EXPECT_FLOAT_EQ(world.map->pan.x, expectedPan().x);
+        EXPECT_FLOAT_EQ(world.map->pan.y, expectedPan().y);
+        world.map->pan = {-1000.0f, 1000.0f};
+        game.TickOnly(5);
+        EXPECT_EQ(world.map->pan, (Vec2f{-1000.0f, 1000.0f})) << "only opening centres the map";
+        game.Tap(SDLK_BACKSPACE);
+        EXPECT_EQ(world.mapMode, 0);
+        EXPECT_FALSE(world.map->active);
+        world.player->PlaceAt({30000, 60000});
+    }
+}
+
+TEST(WorldManagerTest, TheMenuKeySwitchesTheMenu) {
+    GameHarness game;
+    for (const bool expected : {true, false, true}) {
+        game.Tap(SDLK_BACKQUOTE);
+        EXPECT_EQ(game.World().debugMenu->active, expected);
+        game.TickOnly(3);
+        EXPECT_EQ(game.World().debugMenu->active, expected);
+    }
+    EXPECT_EQ(game.World().mapMode, 0);
+}
+
+TEST(WorldManagerTest, UpdatesInTheOrderAddedAndDrawsByLayer) {
+    GameHarness game;
+    WorldManager& world = game.World();
+    Log log;
+    AddProbe(world, 6, "menu", &log);
+    AddProbe(world, 0, "terrain", &log);
+    ProbeEntity& hidden = AddProbe(world, 3, "hidden", &log);
+    AddProbe(world, 2, "enemy 1", &log);
+    AddProbe(world, 5, "map", &log);
+    AddProbe(world, 2, "enemy 2", &log);
+    AddProbe(world, 1, "one", &log);
+    hidden.active = false;
+    game.Tick();
+    EXPECT_EQ(log, (Log{"update menu", "update terrain", "update enemy 1", "update map",
+                        "update enemy 2", "update one", "render terrain", "render one",
+                        "render enemy 1", "render enemy 2", "render map", "render menu"}));
+    EXPECT_TRUE(IsInEntities(world, &hidden));
+    EXPECT_TRUE(IsInALayer(world, &hidden));
+    hidden.active = true;
+    log.clear();
+    game.Tick();
+    EXPECT_EQ(std::count(log.begin(), log.end(), "update hidden"), 1);
+    EXPECT_EQ(std::count(log.begin(), log.end(), "render hidden"), 1);
+}
+
+TEST(WorldManagerTest, LayersCoverEachOther) {
+    class Patch : public IEntity {
+    public:
+        explicit Patch(SDL_Color patchColor) : color(patchColor) {}
+        void Update() override {}
+        void Render() override {
+            GFX_GraphicsManager::GetInstance()->FillRect({40, 10, 40, 10, 30, 30}, color);
+        }
+        SDL_Color color;
+    };
+    GameHarness game;
+    game.World().AddEntity(new Patch(kTestPink), 3);
+    game.World().AddEntity(new Patch(kTestRed), 1);
+    game.World().AddEntity(new Patch(kTestGreen), 2);
+    game.Capture();
+    EXPECT_EQ(game.CountOf(kTestPink), 900);
+}
+
+TEST(WorldManagerTest, ATickEndsWithTheCameraAndThenTheCallbacks) {
+    GameHarness game;
+    WorldManager& world = game.World();
+    game.TickOnly();
+    game.Settle();
+    ProbeEntity& mover = AddProbe(world, 2);
+    mover.onUpdate = [&world] { world.player->position = {700000, 6156}; };
+    Vec2i cameraSeen;
+    world.QueueCallback([&] { cameraSeen = world.camera->position; });
+    game.TickOnly();
+    // The window is 640 wide: the dead zone reaches 64 to each side.
+    EXPECT_EQ(world.camera->position.x, 700000 - 64) << "the camera sees what entities did";
+    EXPECT_EQ(cameraSeen, world.camera->position) << "callbacks see what the camera did";
+}
+
+TEST(WorldManagerTest, CallbacksRunOnceInTheOrderQueued) {
+    GameHarness game;
+    game.Tick();
+    std::vector<int> ran;
+    const auto token = std::make_shared<int>(0);
+    std::thread([&] {
+        for (int i = 0; i < 100; ++i) {
+            game.World().QueueCallback([&ran, i, token] { ran.push_back(i); });
+        }
+    }).join();
+    EXPECT_TRUE(ran.empty());
+    game.Pass(1); // a frame alone drains nothing
+    EXPECT_TRUE(ran.empty());
+    game.Tick();
+    ASSERT_EQ(ran.size(), 100U);
+    EXPECT_TRUE(std::is_sorted(ran.begin(), ran.end()));
+    EXPECT_EQ(token.use_count(), 1) << "callbacks are destroyed once they have run";
+    game.Tick();
+    EXPECT_EQ(ran.size(), 100U);
+}
+
+TEST(WorldManagerTest, ACallbackQueuedDuringADrainWaitsForTheNextTick) {
+    GameHarness game;
+    Signal draining;
+    Signal queued;
+    bool ran = false;
+    std::thread other([&] {
+        ASSERT_TRUE(draining.Wait());
+        game.World().QueueCallback([&ran] { ran = true; });
+        queued.Raise();
+    });
+    game.World().QueueCallback([&] {
+        draining.Raise();
+        EXPECT_FALSE(queued.Wait(50)) << "the queue is open to others while it is drained";
+    });
+    game.TickOnly();
+    other.join();
+    EXPECT_FALSE(ran);
+    game.TickOnly();
+    EXPECT_TRUE(ran);
+}
+
+TEST(WorldManagerTest, RemovesEntitiesAndKeepsTheOrderOfTheRest) {
+    GameHarness game;
+    WorldManager& world = game.World();
+    Log log;
+    int destroyed = 0;
+    std::vector<ProbeEntity*> probes;
+    for (const char* name : {"a", "b", "c", "d"}) {
+        probes.push_back(&AddProbe(world, 2, name, &log));
+        probes.back()->onDestroy = [&destroyed] { ++destroyed; };
+    }
+    const std::size_t before = world.entities.size();
+    world.RemoveEntity(probes[1]);
+    EXPECT_EQ(destroyed, 1) << "at once outside a drain";
+    EXPECT_EQ(world.entities.size(), before - 1);
+    world.QueueCallback([&] { world.RemoveEntity(probes[2]); });
+    game.Tick();
+    EXPECT_EQ(destroyed, 2);
+    EXPECT_EQ(log, (Log{"update a", "update c", "update d", "render a", "render d"}));
+    EXPECT_EQ(world.layers[2], (std::vector<IEntity*>{probes[0], probes[3]}));
+
+    // One that the world does not own only leaves its layer.
+    auto stranger = std::make_unique<ProbeEntity>();
+    stranger->onDestroy = [&destroyed] { ++destroyed; };
+    world.layers[4].push_back(stranger.get());
+    world.RemoveEntity(stranger.get());
+    EXPECT_EQ(world.layers[4].size(), 1U);
+    EXPECT_EQ(destroyed, 2);
+    EXPECT_EQ(world.entities.size(), before - 2);
+}
+
+TEST(WorldManagerTest, EntitiesHandedOverEnterAtTheEndOfTheTick) {
+    GameHarness game;
+    WorldManager& world = game.World();
+    ProbeEntity* probe = nullptr;
+    std::thread([&] {
+        auto made = std::make_unique<ProbeEntity>();
+        probe = made.get();
+        world.QueueEntity(std::move(made), 4);
+    }).join();
+    EXPECT_FALSE(IsInEntities(world, probe));
+    game.TickOnly();
+    EXPECT_EQ(world.entities.back().get(), probe);
+    EXPECT_EQ(world.layers[4].back(), probe);
+    EXPECT_EQ(probe->updates, 0);
+    game.Tick();
+    EXPECT_EQ(probe->updates, 1);
+    EXPECT_EQ(probe->renders, 1);
+}
+
+TEST(WorldManagerTest, AddedAndRemovedInOneDrainIsGone) {
+    GameHarness game;
+    WorldManager& world = game.World();
+    const std::size_t before = world.entities.size();
+    int destroyed = 0;
+    auto handedOver = std::make_unique<ProbeEntity>();
+    handedOver->onDestroy = [&destroyed] { ++destroyed; };
+    ProbeEntity* probe = handedOver.get();
+    world.QueueEntity(std::move(handedOver), 2);
+    world.QueueCallback([&] { world.RemoveEntity(probe); });
+    auto kept = std::make_unique<ProbeEntity>();
+    const ProbeEntity* keptProbe = kept.get();
+    world.QueueEntity(std::move(kept), 2);
+    game.Tick();
+    EXPECT_EQ(destroyed, 1);
+    EXPECT_EQ(world.entities.size(), before + 1);
+    EXPECT_EQ(world.layers[2].size(), 1U);
+    EXPECT_EQ(world.layers[2][0], keptProbe);
+    EXPECT_FALSE(IsInALayer(world, probe));
+}
+
+TEST(WorldManagerTest, OwnsWhatNeverEntered) {
+    int destroyed = 0;
+    {
+        const GameHarness game;
+        for (int i = 0; i < 3; ++i) {
+            auto probe = std::make_unique<ProbeEntity>();
+            probe->onDestroy = [&destroyed] { ++destroyed; };
+            game.World().QueueEntity(std::move(probe), 2);
+        }
+        EXPECT_EQ(destroyed, 0);
+    }
+    EXPECT_EQ(destroyed, 3);
+}
