@@ -15,6 +15,7 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <memory_resource>
 #include <string>
 #include <thread>
 
@@ -115,5 +116,8 @@ private:
     const std::thread::id mainThread;
     Mutex registryLock;
     std::map<std::string, std::unique_ptr<TextureInfo>> textures VESK_GUARDED_BY(registryLock);
-    std::deque<Sprite> sprites VESK_GUARDED_BY(registryLock); ///< every sprite ever made
+    /// Apart from the heap, where sprites, which stay, would lie between enemies, which go.
+    std::pmr::monotonic_buffer_resource spriteMemory VESK_GUARDED_BY(registryLock);
+    /// Every sprite ever made.
+    std::pmr::deque<Sprite> sprites VESK_GUARDED_BY(registryLock){&spriteMemory};
 };
