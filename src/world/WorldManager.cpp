@@ -132,7 +132,8 @@ void WorldManager::DrainCallbacks() {
     }
     callbacks.clear();
     for (std::unique_ptr<IEntity>& entity : arriving) {
-        entity.release(); // its callback has added it to the entities that the world owns
+        static_cast<void>(
+            entity.release()); // its callback has added it to the entities that the world owns
     }
     arriving.clear();
     draining = false;
@@ -197,7 +198,7 @@ TerrainCellEntity* WorldManager::CreateTerrainCellEntity() {
     return entity;
 }
 
-std::uint8_t WorldManager::GetTileAt(Vec2i world) {
+std::uint8_t WorldManager::GetTileAt(Vec2i world) const {
     const TerrainCellEntity* cell = cellGrid.FindLoaded(world / kCellSize);
     return cell == nullptr ? kTileEmpty : cell->TileAt(world);
 }

@@ -60,7 +60,7 @@ public:
     TerrainCellEntity* CreateTerrainCellEntity() VESK_EXCLUDES(worldLock);
 
     /// The tile under a world position among the loaded cells; 0 (water) elsewhere.
-    std::uint8_t GetTileAt(Vec2i world);
+    std::uint8_t GetTileAt(Vec2i world) const;
 
     /// Queues a callback (not empty) for the main thread; it runs at the end of the next tick, in
     /// the order queued. Any thread, but no callback may call it.
