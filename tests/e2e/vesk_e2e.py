@@ -15,6 +15,7 @@ Environment: VESK_E2E_PROGRAM names the program (build/debug/bin/vesk if unset),
 the folder that keeps the screenshots (e2e beside the program's folder if unset).
 """
 
+import configparser
 import ctypes
 import ctypes.util
 import os
@@ -44,6 +45,19 @@ HALLWAY = ("image.png", (100, 100, 16, 16))
 LAND = ("terrain_transition.png", (48, 64, 16, 16))
 ENEMY = ("enemies.png", (0, 0, 16, 16))
 MARKER = ("compass.png", (0, 0, 128, 128))
+
+# How a process that root starts gives up root's rights.
+NOBODY = {"user": 65534, "group": 65534, "extra_groups": []} if os.geteuid() == 0 else {}
+
+
+def shipped_start():
+    """Start position, zoom and window size of the shipped configuration, as Game takes them."""
+    shipped = configparser.ConfigParser()
+    shipped.read(ROOT / "packaging/vesk.ini.in")
+    world, graphics = shipped["world"], shipped["graphics"]
+    return {"start": (world.getint("start_pos_x"), world.getint("start_pos_y")),
+            "zoom": world.getfloat("start_zoom"),
+            "width": graphics.getint("width"), "height": graphics.getint("height")}
 
 
 def wait_until(condition, what, deadline=DEADLINE):
@@ -105,18 +119,21 @@ class Game:
     """The program in a folder of its own, with its images and a configuration beside it.
 
     `environment` is added to the program's; a value of None removes a variable. With `window`
-    False no window is expected (for starts that fail).
+    False no window is expected (for starts that fail). `installed` is the path of a program to
+    start where it is, with the shipped configuration that it has there; if this runs as root it
+    starts as nobody, who may not write.
     """
 
     def __init__(self, start=(0, 0), zoom=1.0, width=1280, height=720, environment=None,
-                 window=True, program=PROGRAM):
+                 window=True, installed=None):
         self.zoom, self.width, self.height = zoom, width, height
         self.display = self.process = None
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="vesk-e2e-"))
         try:
-            self._lay_out(program, start)
+            if installed is None:
+                self._lay_out(start)
             self.display = Display()
-            self._start(environment or {})
+            self._start(installed, environment or {})
             self.window = self._find_window() if window else None
         except BaseException:
             self.close()
@@ -142,8 +159,8 @@ class Game:
 
     # Starting and ending
 
-    def _lay_out(self, program, start):
-        shutil.copy2(program, self.folder / "vesk")
+    def _lay_out(self, start):
+        shutil.copy2(PROGRAM, self.folder / "vesk")
         shutil.copytree(ROOT / "data", self.folder / "data")
         (self.folder / "vesk.ini").write_text(
             "[resource]\nmode = release\n"
@@ -151,15 +168,16 @@ class Game:
             f"[world]\nstart_pos_x = {start[0]}\nstart_pos_y = {start[1]}\n"
             f"start_zoom = {self.zoom}\n")
 
-    def _start(self, changes):
+    def _start(self, installed, changes):
         variables = {name: value for name, value in os.environ.items()
                      if not name.startswith("SDL_")}
         variables.update(DISPLAY=self.display.name, SDL_VIDEODRIVER="x11")
         variables.update(changes)
         variables = {name: value for name, value in variables.items() if value is not None}
         with open(self.folder / "stdout", "wb") as out, open(self.folder / "stderr", "wb") as err:
-            self.process = subprocess.Popen([self.folder / "vesk"], cwd="/", env=variables,
-                                            stdin=subprocess.PIPE, stdout=out, stderr=err)
+            self.process = subprocess.Popen([installed or self.folder / "vesk"], cwd="/",
+                                            env=variables, stdin=subprocess.PIPE, stdout=out,
+                                            stderr=err, **(NOBODY if installed else {}))
 
     def _find_window(self):
         def search():
