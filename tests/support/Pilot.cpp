@@ -1,0 +1,233 @@
+#include "support/Pilot.h"
+
+#include "entities/PlayerEntity.h"
+#include "world/WorldManager.h"
+
+#include <array>
+#include <cstdlib>
+#include <vector>
+
+namespace {
+
+constexpr std::uint32_t kMenuRows = 9;
+constexpr std::uint32_t kGoToMapLocation = 6; // row of the menu
+constexpr std::uint32_t kPanTicksPerCell = 5; // zoomed out
+constexpr std::uint32_t kSailTicks = 2;       // per tile
+constexpr std::uint32_t kWalkTicks = 13;      // per tile
+
+constexpr std::array<SDL_Keycode, 4> kMoveKeys{SDLK_w, SDLK_s, SDLK_a, SDLK_d};
+constexpr std::array<SDL_Keycode, 4> kOppositeKeys{SDLK_s, SDLK_w, SDLK_d, SDLK_a};
+constexpr std::array<Vec2i, 4> kMoves{Vec2i{0, 1}, Vec2i{0, -1}, Vec2i{-1, 0}, Vec2i{1, 0}};
+
+Vec2i PlayerPosition() {
+    return WorldManager::GetInstance()->player->position;
+}
+
+Vec2i PlayerCell() {
+    return PlayerPosition() / kCellSize;
+}
+
+// Tiles to the nearest land straight ahead, 0 when there is none within reach.
+std::uint32_t TilesToLand(Vec2i move) {
+    constexpr std::int32_t reach = 180; // stays within the cells around the player's
+    for (std::int32_t tiles = 1; tiles <= reach; ++tiles) {
+        const Vec2i place = PlayerPosition() + move * (tiles * kTileSize);
+        if (WorldManager::GetInstance()->GetTileAt(place) != kTileEmpty) {
+            return static_cast<std::uint32_t>(tiles);
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+void Pilot::PlayLeg() {
+    switch (Draw(8)) {
+    case 0:
+        Sail();
+        break;
+    case 1:
+    case 2:
+        GoAshore();
+        break;
+    case 3:
+        JumpToLand();
+        break;
+    case 4:
+        Storm(2 + static_cast<int>(Draw(3)));
+        break;
+    case 5:
+        LookAtMap();
+        break;
+    case 6:
+        UseMenu();
+        break;
+    default:
+        PlayWithJoystick();
+        break;
+    }
+}
+
+void Pilot::Sail() {
+    for (int turn = 0; turn < 3; ++turn) {
+        const SDL_Keycode key = kMoveKeys[Draw(kMoveKeys.size())];
+        const SDL_Keycode zoom = Draw(2) == 0 ? SDLK_e : SDLK_q;
+        Key(SDL_KEYDOWN, key);
+        Wait(20 + Draw(200));
+        Hold(zoom, Draw(6));
+        Wait(20 + Draw(200));
+        Key(SDL_KEYUP, key);
+        StopAndRest();
+    }
+}
+
+void Pilot::GoAshore() {
+    for (std::size_t way = 0; way < kMoves.size(); ++way) {
+        const std::uint32_t tiles = TilesToLand(kMoves[way]);
+        if (tiles == 0) {
+            continue;
+        }
+        const std::uint32_t inland = 1 + Draw(8);
+        Hold(kMoveKeys[way], (tiles - 1) * kSailTicks + inland * kWalkTicks);
+        StopAndRest();
+        Hold(kMoveKeys[Draw(kMoveKeys.size())], kWalkTicks * Draw(10));
+        StopAndRest();
+        Hold(kOppositeKeys[way], (inland + 2) * kWalkTicks);
+        StopAndRest();
+        return;
+    }
+    Sail();
+}
+
+void Pilot::JumpToLand() {
+    OpenMenuAt(kGoToMapLocation);
+    StopAndRest(); // the menu's keys have moved the ship as well
+    Tap(SDLK_BACKSPACE);
+    PanByCells(NearbyLand() - PlayerCell());
+    Tap(SDLK_RETURN);
+    Tap(SDLK_BACKSPACE);
+    CloseMenu();
+    StopAndRest();
+}
+
+// The jumps go one way and far enough that none ends in a cell that another has asked for: such a
+// cell would read as water or land, depending on how far its load has come.
+void Pilot::Storm(int jumps) {
+    OpenMenuAt(kGoToMapLocation);
+    StopAndRest();
+    const Vec2i cell = PlayerCell();
+    const bool horizontal = Draw(2) == 0;
+    const std::int32_t sign = (horizontal ? cell.x : cell.y) > 32 ? -1 : 1;
+    Tap(SDLK_BACKSPACE);
+    for (int jump = 0; jump < jumps; ++jump) {
+        const auto distance = static_cast<std::int32_t>(4 + Draw(4)) * sign;
+        PanByCells(horizontal ? Vec2i{distance, 0} : Vec2i{0, distance});
+        Tap(SDLK_RETURN);
+    }
+    Tap(SDLK_BACKSPACE);
+    CloseMenu();
+    StopAndRest();
+}
+
+void Pilot::LookAtMap() {
+    Tap(SDLK_BACKSPACE);
+    Hold(Draw(2) == 0 ? SDLK_RIGHT : SDLK_UP, Draw(40));
+    Hold(SDLK_e, 25); // into the detailed view
+    Hold(Draw(2) == 0 ? SDLK_LEFT : SDLK_DOWN, Draw(40));
+    Hold(SDLK_q, 20);
+    Tap(SDLK_BACKSPACE);
+    StopAndRest();
+}
+
+void Pilot::UseMenu() {
+    std::uint32_t row = Draw(kMenuRows);
+    if (row == kGoToMapLocation) {
+        row = 0;
+    }
+    OpenMenuAt(row);
+    Tap(SDLK_RETURN);
+    Wait(Draw(20));
+    CloseMenu();
+    StopAndRest();
+}
+
+void Pilot::PlayWithJoystick() {
+    Axis(0, static_cast<std::int16_t>(Draw(2) == 0 ? -32768 : 32767));
+    Wait(Draw(150));
+    Axis(1, static_cast<std::int16_t>(random()));
+    Axis(0, 0);
+    Wait(Draw(150));
+    Axis(1, 0);
+    Axis(4, 12000);
+    Wait(Draw(5));
+    Axis(4, -32768);
+    StopAndRest();
+}
+
+void Pilot::Key(std::uint32_t type, SDL_Keycode key) {
+    SDL_Event event{};
+    event.type = type;
+    event.key.keysym.sym = key;
+    controls.Push(event);
+}
+
+void Pilot::Wait(std::uint32_t ticks) {
+    for (std::uint32_t i = 0; i < ticks; ++i) {
+        controls.Tick();
+    }
+}
+
+void Pilot::Hold(SDL_Keycode key, std::uint32_t ticks) {
+    Key(SDL_KEYDOWN, key);
+    Wait(ticks);
+    Key(SDL_KEYUP, key);
+    Wait(1);
+}
+
+void Pilot::Axis(std::uint8_t axis, std::int16_t value) {
+    SDL_Event event{};
+    event.type = SDL_JOYAXISMOTION;
+    event.jaxis.axis = axis;
+    event.jaxis.value = value;
+    controls.Push(event);
+}
+
+void Pilot::StopAndRest() {
+    Wait(kWalkTicks + 1); // the longest that a move under way can last
+    controls.Rest();
+}
+
+void Pilot::OpenMenuAt(std::uint32_t row) {
+    Tap(SDLK_BACKQUOTE);
+    for (; menuRow < row; ++menuRow) {
+        Tap(SDLK_s);
+    }
+    for (; menuRow > row; --menuRow) {
+        Tap(SDLK_w);
+    }
+}
+
+void Pilot::CloseMenu() {
+    Tap(SDLK_BACKQUOTE);
+}
+
+void Pilot::PanByCells(Vec2i cells) {
+    const auto ticks = [](std::int32_t distance) {
+        return static_cast<std::uint32_t>(std::abs(distance)) * kPanTicksPerCell;
+    };
+    Hold(cells.x > 0 ? SDLK_RIGHT : SDLK_LEFT, ticks(cells.x));
+    Hold(cells.y > 0 ? SDLK_UP : SDLK_DOWN, ticks(cells.y));
+}
+
+Vec2i Pilot::NearbyLand() {
+    std::vector<Vec2i> land;
+    for (const ClusterRecord* cluster : WorldManager::GetInstance()->cellGrid.GetClusters()) {
+        for (const auto& [id, flag] : cluster->cells) {
+            const Vec2i cell = DecodeCellId(id);
+            if (flag == 1 && cell.x > 0 && cell.y > 0) {
+                land.push_back(cell);
+            }
+        }
+    }
+    return land.empty() ? PlayerCell() : land[Draw(static_cast<std::uint32_t>(land.size()))];
+}
