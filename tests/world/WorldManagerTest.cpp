@@ -235,10 +235,10 @@ TEST(WorldManagerTest, ACallbackQueuedDuringADrainWaitsForTheNextTick) {
 }
 
 TEST(WorldManagerTest, RemovesEntitiesAndKeepsTheOrderOfTheRest) {
+    int destroyed = 0; // outlives the world
     GameHarness game;
     WorldManager& world = game.World();
     Log log;
-    int destroyed = 0;
     std::vector<ProbeEntity*> probes;
     for (const char* name : {"a", "b", "c", "d"}) {
         probes.push_back(&AddProbe(world, 2, name, &log));
@@ -284,10 +284,10 @@ TEST(WorldManagerTest, EntitiesHandedOverEnterAtTheEndOfTheTick) {
 }
 
 TEST(WorldManagerTest, AddedAndRemovedInOneDrainIsGone) {
+    int destroyed = 0;
     GameHarness game;
     WorldManager& world = game.World();
     const std::size_t before = world.entities.size();
-    int destroyed = 0;
     auto handedOver = std::make_unique<ProbeEntity>();
     handedOver->onDestroy = [&destroyed] { ++destroyed; };
     ProbeEntity* probe = handedOver.get();
