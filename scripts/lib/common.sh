@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Shared by the scripts: sourced, never run. Leaves the shell in the project's folder.
 set -euo pipefail
 
