@@ -11,6 +11,7 @@ namespace {
 
 constexpr int kFirstRepetitions = 49;
 constexpr int kHullRepetitions = 100;
+constexpr std::size_t kSpareEntries = 64;
 
 // A triangle's edges in the order they are tried: the edge, the corners opposite it and at its
 // ends, and the triangle's other two sides.
@@ -39,17 +40,18 @@ constexpr std::array<FacingEdge, 3> kFacingEdges = {{
 
 constexpr std::size_t kNoSide = 3;
 
-// The side that a triangle shares with another, AB before AC before BC.
+// The side that a triangle shares with another, AB before AC before BC. Where a triangle is next to
+// another cannot be foreseen, so this and what follows choose without branches.
 std::size_t SideTowards(const MeshTriangle& triangle, std::int32_t other) {
     const auto& [ab, bc, ac] = triangle.adjacent;
-    return ab == other ? kSideAB : (ac == other ? kSideAC : (bc == other ? kSideBC : kNoSide));
+    std::size_t side = bc == other ? kSideBC : kNoSide;
+    side = ac == other ? kSideAC : side;
+    return ab == other ? kSideAB : side;
 }
 
 constexpr std::uint32_t Bit(std::size_t side) {
     return std::uint32_t{1} << side;
 }
-
-constexpr std::uint32_t kAllSettled = 7;
 
 // The neighbour is named where a pass over a list breaks at a triangle's first edge.
 void ReportBroken(std::int32_t t, std::int32_t namedNeighbor) {
@@ -73,20 +75,23 @@ Angle AngleAt(Vec2f at, Vec2f p, Vec2f q) {
 
 } // namespace
 
-DelaunayFlipper::DelaunayFlipper(DelaunayMesh& theMesh) : mesh(theMesh) {}
+DelaunayFlipper::DelaunayFlipper(DelaunayMesh& theMesh)
+    : mesh(theMesh), sharesOneEdge(theMesh.namesDiffer) {
+    flipped.reserve(mesh.triangles.size() + kSpareEntries);
+}
 
 std::int32_t DelaunayFlipper::Run() {
     const auto giveUp = [](std::int32_t result) {
         WriteErrorLine("cannot triangualte this set ");
         return result;
     };
-    if (FlipAllTriangles() == Visit::Broken) {
+    if (!FlipAllTriangles()) {
         return giveUp(-3);
     }
     if (!RepeatListed(kFirstRepetitions)) {
         return giveUp(-4);
     }
-    if (FlipHullTriangles() == Visit::Broken) {
+    if (!FlipHullTriangles()) {
         return 1;
     }
     return RepeatListed(kHullRepetitions) ? 1 : giveUp(-4);
@@ -96,101 +101,101 @@ std::int32_t DelaunayFlipper::Run() {
 bool DelaunayFlipper::RepeatListed(int repetitions) {
     const std::size_t limit = kPendingBase + kPendingPerTriangle * mesh.triangles.size();
     for (int i = 0; i < repetitions && !flipped.empty() && flipped.size() <= limit; ++i) {
-        if (FlipListedTriangles() == Visit::Broken) {
+        if (!FlipListedTriangles()) {
             return false;
         }
     }
     return true;
 }
 
-DelaunayFlipper::Visit DelaunayFlipper::FlipAllTriangles() {
+bool DelaunayFlipper::FlipAllTriangles() {
     flipped.clear();
     const auto count = static_cast<std::int32_t>(mesh.triangles.size());
     for (std::int32_t t = 0; t < count; ++t) {
         if (VisitTriangle<Pass::All>(t) == Visit::Broken) {
-            return Visit::Broken;
+            return false;
         }
     }
-    return Visit::Done;
+    return true;
 }
 
-DelaunayFlipper::Visit DelaunayFlipper::FlipHullTriangles() {
+// The only pass that may join two triangles by a second edge.
+bool DelaunayFlipper::FlipHullTriangles() {
+    sharesOneEdge = false;
     flipped.clear();
     const auto count = static_cast<std::int32_t>(mesh.triangles.size());
     for (std::int32_t t = 0; t < count; ++t) {
         const auto& [ab, bc, ac] = At(t).adjacent;
         if ((ab | bc | ac) < 0 && VisitTriangle<Pass::Hull>(t) == Visit::Broken) {
-            return Visit::Broken;
+            return false;
         }
     }
-    return Visit::Done;
+    return true;
 }
 
-DelaunayFlipper::Visit DelaunayFlipper::FlipListedTriangles() {
+bool DelaunayFlipper::FlipListedTriangles() {
     pending.swap(flipped);
     flipped.clear();
     for (const std::int32_t t : pending) {
         if (VisitTriangle<Pass::Listed>(t) == Visit::Broken) {
-            return Visit::Broken;
+            return false;
         }
     }
-    return Visit::Done;
+    return true;
 }
 
 // Tries the triangle's edges; at most one is flipped.
 template <DelaunayFlipper::Pass pass>
 DelaunayFlipper::Visit DelaunayFlipper::VisitTriangle(std::int32_t t) {
+    Visit visit = TryEdge<pass, 0>(t);
+    if (visit == Visit::Unchanged) {
+        visit = TryEdge<pass, 1>(t);
+    }
+    if (visit == Visit::Unchanged) {
+        visit = TryEdge<pass, 2>(t);
+    }
+    return visit;
+}
+
+template <DelaunayFlipper::Pass pass, std::size_t tried>
+DelaunayFlipper::Visit DelaunayFlipper::TryEdge(std::int32_t t) {
+    constexpr TriedEdge edge = kTriedEdges[tried];
     MeshTriangle& triangle = At(t);
-    if (triangle.settled == kAllSettled) {
-        return Visit::Done;
+    const std::int32_t t2 = triangle.adjacent[edge.side];
+    if ((triangle.settled & Bit(edge.side)) != 0 || t2 < 0) {
+        return Visit::Unchanged;
     }
-    for (const TriedEdge& edge : kTriedEdges) {
-        const std::int32_t t2 = triangle.adjacent[edge.side];
-        if ((triangle.settled & Bit(edge.side)) != 0 || t2 < 0) {
-            continue;
-        }
-        const std::int32_t acrossOP = triangle.adjacent[edge.sideOP];
-        const std::int32_t acrossOQ = triangle.adjacent[edge.sideOQ];
-        if (pass == Pass::Hull && acrossOP != -1 && acrossOQ != -1) {
-            continue;
-        }
-        MeshTriangle& other = At(t2);
-        const std::size_t sharedSide = SideTowards(other, t);
-        if (sharedSide == kNoSide) {
-            ReportBroken(t, pass == Pass::Listed && edge.side == kSideBC ? t2 : -1);
-            return Visit::Broken;
-        }
-        const FacingEdge& facing = kFacingEdges[sharedSide];
-        const std::int32_t p = triangle.corner[edge.p];
-        const bool startsAtP = p == other.corner[facing.start];
-        const std::int32_t atStart = other.adjacent[facing.sideAtStart];
-        const std::int32_t atEnd = other.adjacent[facing.sideAtEnd];
-        const Figure figure = {t,
-                               t2,
-                               triangle.corner[edge.o],
-                               p,
-                               triangle.corner[edge.q],
-                               other.corner[facing.d],
-                               acrossOP,
-                               acrossOQ,
-                               startsAtP ? atStart : atEnd,
-                               startsAtP ? atEnd : atStart};
-        if (!ShouldSwap(figure)) {
-            triangle.settled |= Bit(edge.side);
-            const std::int32_t farEnd = other.corner[3 - facing.d - facing.start];
-            const bool sameEdge = startsAtP ? figure.q == farEnd
-                                            : figure.q == other.corner[facing.start] && p == farEnd;
-            // Two triangles that share more than one edge take another one for this from there.
-            if (sameEdge && SideTowards(triangle, t2) == edge.side) {
-                other.settled |= Bit(sharedSide);
-            }
-        } else if (pass == Pass::Hull ||
-                   (figure.acrossOP != figure.acrossPD && figure.acrossOQ != figure.acrossQD)) {
-            Flip(figure);
-            return Visit::Done;
-        }
+    const std::int32_t acrossOP = triangle.adjacent[edge.sideOP];
+    const std::int32_t acrossOQ = triangle.adjacent[edge.sideOQ];
+    if (pass == Pass::Hull && acrossOP != -1 && acrossOQ != -1) {
+        return Visit::Unchanged;
     }
-    return Visit::Done;
+    MeshTriangle& other = At(t2);
+    const std::size_t sharedSide = SideTowards(other, t);
+    if (sharedSide == kNoSide) {
+        ReportBroken(t, pass == Pass::Listed && edge.side == kSideBC ? t2 : -1);
+        return Visit::Broken;
+    }
+    const FacingEdge facing = kFacingEdges[sharedSide];
+    const std::int32_t o = triangle.corner[edge.o];
+    const std::int32_t p = triangle.corner[edge.p];
+    const std::int32_t q = triangle.corner[edge.q];
+    const std::int32_t d = other.corner[facing.d];
+    if (!ShouldSwap(o, p, q, d)) {
+        triangle.settled |= Bit(edge.side);
+        other.settled |= sharesOneEdge ? Bit(sharedSide) : 0u;
+        return Visit::Unchanged;
+    }
+    const bool startsAtP = p == other.corner[facing.start];
+    const std::int32_t atStart = other.adjacent[facing.sideAtStart];
+    const std::int32_t atEnd = other.adjacent[facing.sideAtEnd];
+    const std::int32_t acrossPD = startsAtP ? atStart : atEnd;
+    const std::int32_t acrossQD = startsAtP ? atEnd : atStart;
+    if (pass != Pass::Hull && (acrossOP == acrossPD || acrossOQ == acrossQD)) {
+        return Visit::Unchanged;
+    }
+    Flip({t, t2, o, p, q, d, acrossOP, acrossOQ, acrossPD, acrossQD});
+    return Visit::Flipped;
 }
 
 // Triangle t becomes (o, p, d) and t2 becomes (o, q, d).
@@ -212,12 +217,13 @@ void DelaunayFlipper::Relink(std::int32_t triangle, std::int32_t from, std::int3
     if (triangle < 0) {
         return;
     }
-    for (std::int32_t& neighbor : At(triangle).adjacent) {
-        if (neighbor == from) {
-            neighbor = to;
-            return;
-        }
-    }
+    auto& [ab, bc, ac] = At(triangle).adjacent;
+    const bool isAB = ab == from;
+    const bool isBC = !isAB & (bc == from);
+    const bool isAC = !isAB & !isBC & (ac == from);
+    ab = isAB ? to : ab;
+    bc = isBC ? to : bc;
+    ac = isAC ? to : ac;
 }
 
 // Every side of the triangle that leads to one of two rewritten ones is to be tested again.
@@ -226,27 +232,26 @@ void DelaunayFlipper::Unsettle(std::int32_t triangle, std::int32_t t, std::int32
         return;
     }
     MeshTriangle& unsettled = At(triangle);
+    std::uint32_t sides = 0;
     for (std::size_t side = 0; side < 3; ++side) {
-        if (unsettled.adjacent[side] == t || unsettled.adjacent[side] == t2) {
-            unsettled.settled &= ~Bit(side);
-        }
+        const std::int32_t neighbor = unsettled.adjacent[side];
+        sides |= static_cast<std::uint32_t>((neighbor == t) | (neighbor == t2)) << side;
     }
+    unsettled.settled &= ~sides;
 }
 
-// The angles at o and d add up to more than 180 degrees when the sine of their sum is negative.
-bool DelaunayFlipper::ShouldSwap(const Figure& figure) const {
-    const auto place = [this](std::int32_t vertex) {
-        return mesh.vertices[static_cast<std::size_t>(vertex)];
-    };
-    const Vec2f p = place(figure.p);
-    const Vec2f q = place(figure.q);
-    const Angle o = AngleAt(place(figure.o), p, q);
-    const Angle d = AngleAt(place(figure.d), p, q);
-    if (o.cosine < 0.0f && d.cosine < 0.0f) {
-        return true;
-    }
-    if (o.cosine > 0.0f && d.cosine > 0.0f) {
-        return false;
-    }
-    return d.sine * o.cosine + o.sine * d.cosine < 0.0f;
+// The angles at o and d add up to more than 180 degrees when the sine of their sum is negative; two
+// angles on the same side of 90 degrees need no sum. Written without branches, for no processor
+// can foresee them.
+bool DelaunayFlipper::ShouldSwap(std::int32_t vertexO, std::int32_t vertexP, std::int32_t vertexQ,
+                                 std::int32_t vertexD) const {
+    const Vec2f* const places = mesh.vertices.data();
+    const Vec2f p = places[vertexP];
+    const Vec2f q = places[vertexQ];
+    const Angle o = AngleAt(places[vertexO], p, q);
+    const Angle d = AngleAt(places[vertexD], p, q);
+    const bool bothObtuse = (o.cosine < 0.0f) & (d.cosine < 0.0f);
+    const bool bothAcute = (o.cosine > 0.0f) & (d.cosine > 0.0f);
+    const bool sumBeyond180 = d.sine * o.cosine + o.sine * d.cosine < 0.0f;
+    return bothObtuse | (sumBeyond180 & !bothAcute);
 }

@@ -5,9 +5,9 @@
 // triangles that a pass rewrote are what the following pass looks at. Lives within one call of
 // `Triangulate`.
 //
-// A test that finds nothing to flip settles the edge, in both triangles, until one of the two is
-// rewritten: the swap test depends on nothing but their corners, and comes out the same from
-// either side. Visits leave settled edges out, which changes nothing but the time they take.
+// A test that finds nothing to flip settles the edge until one of its two triangles is rewritten:
+// the swap test depends on nothing but their corners, and rounds the same from either side. Visits
+// leave settled edges out, which changes nothing but the time they take.
 #pragma once
 
 #include <cstddef>
@@ -26,27 +26,29 @@ public:
 
 private:
     enum class Pass { All, Listed, Hull };
-    enum class Visit { Done, Broken };
+    enum class Visit { Unchanged, Flipped, Broken };
     using TriangleList = std::vector<std::int32_t>;
 
-    /// An edge seen from triangle t, whose corner o is opposite the edge p-q, and from triangle t2
-    /// on the other side, whose corner opposite is d.
+    /// An edge p-q seen from triangle t, whose corner o is opposite, and from triangle t2 on the
+    /// other side, whose corner d is opposite.
     struct Figure {
         std::int32_t t, t2;
         std::int32_t o, p, q, d;
         std::int32_t acrossOP, acrossOQ, acrossPD, acrossQD; ///< triangles outside the figure
     };
 
-    Visit FlipAllTriangles();
-    Visit FlipHullTriangles();
-    Visit FlipListedTriangles();
+    bool FlipAllTriangles();
+    bool FlipHullTriangles();
+    bool FlipListedTriangles();
     bool RepeatListed(int repetitions);
     template <Pass pass>
     Visit VisitTriangle(std::int32_t t);
+    template <Pass pass, std::size_t tried>
+    Visit TryEdge(std::int32_t t);
     void Flip(const Figure& figure);
     void Relink(std::int32_t triangle, std::int32_t from, std::int32_t to);
     void Unsettle(std::int32_t triangle, std::int32_t t, std::int32_t t2);
-    bool ShouldSwap(const Figure& figure) const;
+    bool ShouldSwap(std::int32_t o, std::int32_t p, std::int32_t q, std::int32_t d) const;
 
     MeshTriangle& At(std::int32_t triangle) {
         return mesh.triangles[static_cast<std::size_t>(triangle)];
@@ -55,4 +57,6 @@ private:
     DelaunayMesh& mesh;
     TriangleList pending; ///< what a listed pass looks at, in order, repeats included
     TriangleList flipped; ///< what the pass at hand rewrote
+    /// No two triangles share more than one edge, so that either one of a pair finds the same edge.
+    bool sharesOneEdge;
 };

@@ -14,7 +14,8 @@
 /// The sides of a triangle with the corners a, b and c.
 enum Side : std::size_t { kSideAB = 0, kSideBC = 1, kSideAC = 2 };
 
-struct MeshTriangle {
+/// Aligned so that no triangle straddles two cache lines.
+struct alignas(32) MeshTriangle {
     std::array<std::int32_t, 3> corner{};             ///< vertices a, b, c
     std::array<std::int32_t, 3> adjacent{-1, -1, -1}; ///< triangles, by side; -1 outside the hull
     std::uint32_t settled = 0; ///< bit per side: tested since its figure changed, stays unflipped
@@ -30,5 +31,6 @@ struct DelaunayMesh {
     /// Vertex whose name a vertex has in triangles: itself, but for points that share an id, where
     /// it is the last of them.
     std::vector<std::int32_t> names;
+    bool namesDiffer = true; ///< no two vertices share a name
     std::vector<MeshTriangle> triangles;
 };
