@@ -80,9 +80,7 @@ void PlayerEntity::Init() {
 
 void PlayerEntity::PlaceAt(Vec2i world) {
     const Vec2i withinTile{world.x % kTileSize, world.y % kTileSize};
-    // The last tile before the world's edge has its centre beyond it.
-    position = {SaturatingAdd(world.x - withinTile.x, kHalfTile),
-                SaturatingAdd(world.y - withinTile.y, kHalfTile)};
+    position = world - withinTile + Vec2i{kHalfTile, kHalfTile};
     exactPosition = ToVec2f(position);
     tileType = WorldManager::GetInstance()->GetTileAt(position);
     idle = true;
