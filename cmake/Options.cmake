@@ -18,5 +18,10 @@ if(VESK_SANITIZE)
     target_link_options(vesk_options INTERFACE -fsanitize=${VESK_SANITIZE})
 endif()
 
+if(VESK_BUILD_FUZZ)
+    # Lets the fuzzer see which branches an input takes; only the targets themselves link it.
+    target_compile_options(vesk_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 find_package(Threads REQUIRED)
 target_link_libraries(vesk_options INTERFACE Threads::Threads)

@@ -1,0 +1,32 @@
+// A running game that a fuzz target steers, with the model that the streamed world must agree with
+// at rest. A new one for every input, so that an input alone repeats what it found.
+#pragma once
+
+#include <cstdint>
+
+#include "gen/GridKey.h"
+#include "support/GameHarness.h"
+#include "support/WorldInvariants.h"
+
+class FuzzGame {
+public:
+    FuzzGame(Vec2i start, std::uint32_t workers)
+        : game({.width = 160, .height = 120, .start = start, .hardwareThreads = workers + 1}) {}
+
+    /// One pass of the main loop so many ms after the last one.
+    void Pass(std::uint32_t milliseconds);
+
+    /// Ticks without frames.
+    void Tick(std::uint32_t count = 1);
+
+    /// Waits for the loads, runs the ticks that bring the world to rest and checks it.
+    void Rest();
+
+private:
+    /// Tells the model of the cell that a tick streams around; true when it was another before.
+    bool StreamAround(const GridKey& cell);
+
+    GameHarness game;
+    SlotModel model;
+    std::int32_t lastCellId = kUnsetId;
+};
