@@ -4,5 +4,5 @@
 
 void WriteErrorLine(std::string text) {
     text += '\n';
-    std::cerr << text;
+    std::cerr.write(text.data(), static_cast<std::streamsize>(text.size()));
 }

@@ -1,11 +1,12 @@
-// Keeps what is written to standard error while it lives, so that a test can look at it and the
-// test log stays short. One at a time, and only while no other thread writes.
+// Keeps standard error out of the test log, and its text for the test to look at.
 #pragma once
 
 #include <iostream>
 #include <sstream>
+#include <streambuf>
 #include <string>
 
+/// Collects what is written while it lives. One at a time, and only while no other thread writes.
 class ErrorCapture {
 public:
     ErrorCapture() : before(std::cerr.rdbuf(text.rdbuf())) {}
@@ -14,9 +15,27 @@ public:
     ErrorCapture& operator=(const ErrorCapture&) = delete;
 
     std::string Text() const { return text.str(); }
-    void Clear() { text.str({}); }
 
 private:
     std::ostringstream text;
+    std::streambuf* before;
+};
+
+/// Drops what is written while it lives, by any number of threads.
+class ErrorDrop {
+public:
+    ErrorDrop() : before(std::cerr.rdbuf(&nowhere)) {}
+    ~ErrorDrop() { std::cerr.rdbuf(before); }
+    ErrorDrop(const ErrorDrop&) = delete;
+    ErrorDrop& operator=(const ErrorDrop&) = delete;
+
+private:
+    class Nowhere : public std::streambuf {
+    protected:
+        std::streamsize xsputn(const char*, std::streamsize count) override { return count; }
+        int_type overflow(int_type c) override { return traits_type::not_eof(c); }
+    };
+
+    Nowhere nowhere;
     std::streambuf* before;
 };
