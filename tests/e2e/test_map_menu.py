@@ -76,8 +76,11 @@ class MapTest(unittest.TestCase):
             self.assertEqual(panned.pixel(640, 360), YELLOW, "the map has not moved")
             x, y = player_mark(panned)
             self.assertTrue(x < 640 and y > 360, "the player has not moved left and down")
-            game.hold("Left Down", 0.6)
-            x, y = player_mark(game.settle())
+            for _ in range(20):  # a busy machine pans more slowly
+                if x > 640 and y < 360:
+                    break
+                game.hold("Left Down", 0.1)
+                x, y = player_mark(game.settle())
             self.assertTrue(x > 640 and y < 360, "the player has not moved right and up")
             game.hold("q", 0.2)
             far = game.settle().save("map_far")
