@@ -1,6 +1,8 @@
 #include "gen/WorldDigest.h"
 
 #include <array>
+#include <bit>
+#include <cstring>
 #include <memory>
 
 #include "gen/BuildNeighborGraph.h"
@@ -53,14 +55,18 @@ void Add(Digest& digest, const DungeonRoom& room) {
     Add(digest, room.spawnPoints);
 }
 
-// Eight tiles a step, put together so that the order of a machine's bytes does not matter.
+// Eight tiles a step, the first in the lowest byte whatever the machine's order of bytes.
 template <std::size_t count>
 void AddTiles(Digest& digest, const std::array<std::uint8_t, count>& tiles) {
     static_assert(count % 8 == 0);
     for (std::size_t i = 0; i < count; i += 8) {
         std::uint64_t word = 0;
-        for (std::size_t k = 0; k < 8; ++k) {
-            word |= static_cast<std::uint64_t>(tiles[i + k]) << (8 * k);
+        if constexpr (std::endian::native == std::endian::little) {
+            std::memcpy(&word, tiles.data() + i, 8);
+        } else {
+            for (std::size_t k = 0; k < 8; ++k) {
+                word |= static_cast<std::uint64_t>(tiles[i + k]) << (8 * k);
+            }
         }
         digest.AddWord(word);
     }

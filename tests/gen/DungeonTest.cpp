@@ -151,10 +151,11 @@ void CheckTiles(const DungeonRecord& record) {
         paint(RoomOf(record, id), 2);
     }
     EXPECT_TRUE(*expected == record.tiles);
+    bool edgesEmpty = true;
     for (std::int32_t i = 0; i < 512; ++i) {
-        EXPECT_EQ(record.TileAt(511, i), 0);
-        EXPECT_EQ(record.TileAt(i, 511), 0);
+        edgesEmpty &= record.TileAt(511, i) == 0 && record.TileAt(i, 511) == 0;
     }
+    EXPECT_TRUE(edgesEmpty);
 }
 
 // Walks over painted tiles from the first main room.
