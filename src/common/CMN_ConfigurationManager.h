@@ -7,6 +7,7 @@
 #include <string>
 
 #include "app/CMN_Singleton.h"
+#include "common/BasePath.h"
 
 class CMN_ConfigurationManager : public CMN_Singleton<CMN_ConfigurationManager> {
 public:
@@ -17,7 +18,7 @@ public:
     std::int32_t startPosY = 0;    ///< world units, y up
     float startZoom = 0.0f;        ///< window pixels per world unit
 
-    /// Reads a file, "vesk.ini" in the executable's directory for the game itself. Always true: a
-    /// missing file, key or valid value gives the default.
-    bool Load(const std::string& path);
+    /// Reads "vesk.ini" in the executable's directory, or another file. Always true: a missing
+    /// file, key or valid value gives the default.
+    bool Load(const std::string& path = GetBasePath() + "vesk.ini");
 };

@@ -5,6 +5,7 @@
 // destroyed, and destroys it late.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <list>
@@ -33,6 +34,9 @@ public:
     /// Drops the pending jobs, lets the running ones finish and joins the workers. Afterwards no
     /// job runs or starts. Main thread; a second call does nothing.
     void Stop() VESK_EXCLUDES(mutex);
+
+    /// How many jobs wait for a worker. Any thread.
+    std::size_t PendingTasks() VESK_EXCLUDES(mutex);
 
     std::uint32_t hardwareThreads = 0; ///< as read by Init
     std::int32_t workerCount = 0;      ///< hardwareThreads - 1

@@ -180,7 +180,7 @@ void PlayerEntity::RenderInfo() const {
         WorldManager::GetInstance()->cellGrid.FindLoaded({cell.x, cell.y});
     if (entity != nullptr) {
         const std::vector<GridKey> neighbors = entity->GetNeighbors();
-        DrawInfoLine(3, "Neighbors %zd", neighbors.size());
+        DrawInfoLine(3, "Neighbors %zd", static_cast<std::ptrdiff_t>(neighbors.size()));
         RenderNeighborLinks(CellCenter(entity->GetView().key), neighbors);
     }
 }

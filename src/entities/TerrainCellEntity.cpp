@@ -118,7 +118,8 @@ bool TerrainCellEntity::Init() {
 }
 
 bool TerrainCellEntity::Setup(const GridKey& key, std::uint32_t occupied,
-                              const std::vector<GridKey>& neighbors, const DungeonRecord* dungeon) {
+                              const std::vector<GridKey>& cellNeighbors,
+                              const DungeonRecord* dungeon) {
     const Vec2i origin = CellOrigin({key.x, key.y});
     const MutexLock lock(recordLock);
     // Under the lock, so that no reader is left with a record that has gone back to its pool.
@@ -130,7 +131,7 @@ bool TerrainCellEntity::Setup(const GridKey& key, std::uint32_t occupied,
             {origin, origin + Vec2i{0, kCellSize}, origin + Vec2i{kCellSize, kCellSize},
              origin + Vec2i{kCellSize, 0}},
             dungeon};
-    neighborList = neighbors;
+    neighbors = cellNeighbors;
     return true;
 }
 
@@ -141,7 +142,7 @@ TerrainCellEntity::View TerrainCellEntity::GetView() const {
 
 std::vector<GridKey> TerrainCellEntity::GetNeighbors() const {
     const MutexLock lock(recordLock);
-    return neighborList;
+    return neighbors;
 }
 
 std::uint8_t TerrainCellEntity::TileAt(Vec2i world) const {

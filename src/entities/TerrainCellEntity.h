@@ -32,8 +32,9 @@ public:
 
     /// Shows another cell: releases the dungeon of the cell shown before and takes over the
     /// caller's reference to this one. Any thread, while the entity is inactive. Always true.
-    bool Setup(const GridKey& key, std::uint32_t occupied, const std::vector<GridKey>& neighbors,
-               const DungeonRecord* dungeon) VESK_EXCLUDES(recordLock);
+    bool Setup(const GridKey& key, std::uint32_t occupied,
+               const std::vector<GridKey>& cellNeighbors, const DungeonRecord* dungeon)
+        VESK_EXCLUDES(recordLock);
 
     void Update() override {}
     void Render() override;
@@ -65,5 +66,5 @@ private:
     std::array<const Sprite*, 3> tileSprites{}; ///< by tile value
     mutable Mutex recordLock;
     View view VESK_GUARDED_BY(recordLock);
-    std::vector<GridKey> neighborList VESK_GUARDED_BY(recordLock);
+    std::vector<GridKey> neighbors VESK_GUARDED_BY(recordLock);
 };

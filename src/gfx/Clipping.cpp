@@ -5,8 +5,9 @@
 
 namespace {
 
-// Lines are left alone up to this distance from the window, in pixels: products of two such
-// coordinates still fit into 32 bits.
+// Lines are left alone up to this distance from the window, in pixels. SDL's clipping multiplies a
+// line's extent by an end's distance from an edge: for the largest window that SDL opens, 16384
+// pixels wide, that is at most 49152 * 32768, which fits into 32 bits.
 constexpr std::int32_t kLineMargin = 16384;
 
 struct Interval {

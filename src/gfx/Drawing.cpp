@@ -113,6 +113,16 @@ void GFX_GraphicsManager::DrawTextureCentered(const TextureInfo* info, Vec2i cen
     }
 }
 
+void GFX_GraphicsManager::Clear() {
+    assert(OnMainThread());
+    SDL_RenderClear(renderer);
+}
+
+void GFX_GraphicsManager::Present() {
+    assert(OnMainThread());
+    SDL_RenderPresent(renderer);
+}
+
 void GFX_GraphicsManager::DrawScreenLine(Vec2i from, Vec2i to) {
     assert(OnMainThread());
     if (ClipLine(from, to, {width, height})) {

@@ -15,7 +15,7 @@
 
 namespace {
 
-// No image reaches as far as 16 bits do.
+// Sprites keep 16 bits; the images are nowhere near as large.
 std::int16_t ToPixel(std::int32_t value) {
     using Limits = std::numeric_limits<std::int16_t>;
     return static_cast<std::int16_t>(std::clamp<std::int32_t>(value, Limits::min(), Limits::max()));
@@ -63,6 +63,7 @@ bool GFX_GraphicsManager::Init() {
 }
 
 bool GFX_GraphicsManager::CreateWindowAndRenderer() {
+    assert(OnMainThread());
     window = SDL_CreateWindow("Vesk", 100, 100, width, height, SDL_WINDOW_SHOWN);
     if (window == nullptr) {
         PrintSdlError("SDL_CreateWindow");

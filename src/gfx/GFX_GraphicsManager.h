@@ -89,6 +89,10 @@ public:
     /// null image draws nothing.
     void DrawTextureCentered(const TextureInfo* info, Vec2i center);
 
+    /// Begins a frame in the renderer's current colour, and shows it.
+    void Clear() VESK_REQUIRES(renderLock);
+    void Present() VESK_REQUIRES(renderLock);
+
     /// The three calls below draw in the renderer's current colour, in SDL coordinates, and skip
     /// or shorten what lies outside the window.
     void DrawScreenLine(Vec2i from, Vec2i to) VESK_REQUIRES(renderLock);
@@ -101,7 +105,7 @@ public:
     std::int32_t width = 0;  ///< window pixels
     std::int32_t height = 0; ///< window pixels
     Vec2i screenCenter;      ///< half the size, truncated
-    Mutex renderLock;        ///< held by every drawing call; never while calling one
+    Mutex renderLock;        ///< not to be held when calling what takes it
 
 private:
     bool CreateWindowAndRenderer();
@@ -116,7 +120,7 @@ private:
     const std::thread::id mainThread;
     Mutex registryLock;
     std::map<std::string, std::unique_ptr<TextureInfo>> textures VESK_GUARDED_BY(registryLock);
-    /// Apart from the heap, where sprites, which stay, would lie between enemies, which go.
+    /// Blocks of their own: sprites, which stay, would otherwise lie between enemies, which go.
     std::pmr::monotonic_buffer_resource spriteMemory VESK_GUARDED_BY(registryLock);
     /// Every sprite ever made.
     std::pmr::deque<Sprite> sprites VESK_GUARDED_BY(registryLock){&spriteMemory};

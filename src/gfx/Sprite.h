@@ -13,7 +13,7 @@ struct TextureInfo {
 };
 
 /// A rectangle in an image's pixels, y down. Small, because every enemy ever met leaves a sprite in
-/// the graphics manager's list; SDL's textures are at most 16384 pixels wide.
+/// the graphics manager's list.
 struct PixelRect {
     std::int16_t x = 0;
     std::int16_t y = 0;

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cassert>
 #include <chrono>
+#include <numeric>
 #include <utility>
 
 namespace {
@@ -105,39 +106,41 @@ void CellGrid::AcquireClusters(const GridKey& cluster) {
 }
 
 void CellGrid::TargetCells(Vec2i center) {
-    std::vector<CellSlot*> freeSlots;
+    std::vector<std::size_t> freeSlots(kSlotCount);
+    std::iota(freeSlots.begin(), freeSlots.end(), 0);
     std::vector<Vec2i> cellsToLoad;
-    {
-        const MutexLock lock(slotLock);
-        for (CellSlot& slot : slots) {
-            freeSlots.push_back(&slot);
-        }
-        for (std::int32_t dx = -1; dx <= 1; ++dx) {
-            for (std::int32_t dy = -1; dy <= 1; ++dy) {
-                const Vec2i wanted = center + Vec2i{dx, dy};
-                const auto holder =
-                    std::find_if(freeSlots.begin(), freeSlots.end(),
-                                 [&](const CellSlot* slot) { return slot->target == wanted; });
-                if (holder != freeSlots.end()) {
-                    freeSlots.erase(holder);
-                } else if (wanted.x >= 0 && wanted.y >= 0) {
-                    cellsToLoad.push_back(wanted);
-                }
+    for (std::int32_t dx = -1; dx <= 1; ++dx) {
+        for (std::int32_t dy = -1; dy <= 1; ++dy) {
+            const Vec2i wanted = center + Vec2i{dx, dy};
+            const auto holder =
+                std::find_if(freeSlots.begin(), freeSlots.end(),
+                             [&](std::size_t slot) { return GetTarget(slot) == wanted; });
+            if (holder != freeSlots.end()) {
+                freeSlots.erase(holder);
+            } else if (wanted.x >= 0 && wanted.y >= 0) {
+                cellsToLoad.push_back(wanted);
             }
         }
     }
     for (std::size_t i = 0; i < cellsToLoad.size(); ++i) {
-        RequestCell(*freeSlots[i], CellKey(cellsToLoad[i]));
+        RequestCell(freeSlots[i], CellKey(cellsToLoad[i]));
     }
 }
 
-void CellGrid::RequestCell(CellSlot& slot, const GridKey& cell) {
-    CellRequest request{cell, LandFlag(cell), {}};
+Vec2i CellGrid::GetTarget(std::size_t slot) const {
+    const MutexLock lock(slotLock);
+    return slots[slot].target;
+}
+
+void CellGrid::RequestCell(std::size_t slot, const GridKey& cell) {
+    CellRequest request;
+    request.cell = cell;
+    request.land = LandFlag(cell);
     if (request.land == 1) {
         request.neighbors = ASM_AssetManager::GetInstance()->GetNeighbors(cell);
     }
     if (Retarget(slot, std::move(request))) {
-        CMN_TaskManager::GetInstance()->AddTask([this, &slot] { ServeRequests(slot); });
+        CMN_TaskManager::GetInstance()->AddTask([this, slot] { ServeRequests(slot); });
     }
 }
 
@@ -152,51 +155,50 @@ std::int32_t CellGrid::LandFlag(const GridKey& cell) const {
     return 0;
 }
 
-bool CellGrid::Retarget(CellSlot& slot, CellRequest request) {
+bool CellGrid::Retarget(std::size_t slot, CellRequest request) {
     const MutexLock lock(slotLock);
-    slot.cellEntity->active = false;
-    for (IEntity* entity : slot.spawned) {
+    CellSlot& retargeted = slots[slot];
+    retargeted.cellEntity->active = false;
+    for (IEntity* entity : retargeted.spawned) {
         entity->active = false;
     }
-    slot.target = {request.cell.x, request.cell.y};
-    slot.request = std::move(request);
-    ++slot.asked;
-    return !std::exchange(slot.busy, true);
+    retargeted.target = {request.cell.x, request.cell.y};
+    request.number = retargeted.request.number + 1;
+    retargeted.request = std::move(request);
+    return !std::exchange(retargeted.busy, true);
 }
 
-void CellGrid::ServeRequests(CellSlot& slot) {
-    CellRequest request;
-    std::uint32_t number = 0;
-    while (NextRequest(slot, request, number)) {
-        LoadCell(slot, request, number);
+void CellGrid::ServeRequests(std::size_t slot) {
+    while (const std::optional<CellRequest> request = NextRequest(slot)) {
+        LoadCell(slot, *request);
     }
 }
 
-bool CellGrid::NextRequest(CellSlot& slot, CellRequest& request, std::uint32_t& number) {
+std::optional<CellRequest> CellGrid::NextRequest(std::size_t slot) {
     const MutexLock lock(slotLock);
-    if (slot.served == slot.asked) {
-        slot.busy = false;
+    if (slots[slot].served == slots[slot].request.number) {
+        slots[slot].busy = false;
         settled.Broadcast();
-        return false;
+        return std::nullopt;
     }
-    request = slot.request;
-    number = slot.asked;
-    return true;
+    return slots[slot].request;
 }
 
-void CellGrid::LoadCell(CellSlot& slot, const CellRequest& request, std::uint32_t number) {
+void CellGrid::LoadCell(std::size_t slot, const CellRequest& request) {
     assert(request.cell.x >= 0 && request.cell.y >= 0);
     UnloadCell(slot);
+    ASM_AssetManager& store = *ASM_AssetManager::GetInstance();
     const DungeonRecord* dungeon = nullptr;
     Spawned made;
     if (request.land == 1) {
-        dungeon =
-            ASM_AssetManager::GetInstance()->AcquireDungeon(request.cell, request.neighbors.size());
-        made = MakeEntities(request.cell, *dungeon);
+        dungeon = store.AcquireDungeon(request.cell, request.neighbors.size());
+        if (IsNewest(slot, request)) {
+            made = MakeEntities(request.cell, *dungeon);
+        }
     }
-    if (!Commit(slot, request, number, dungeon, made)) {
+    if (!Commit(slot, request, dungeon, made)) {
         if (dungeon != nullptr) {
-            ASM_AssetManager::GetInstance()->ReleaseDungeon(request.cell.id);
+            store.ReleaseDungeon(request.cell.id);
         }
         return;
     }
@@ -206,12 +208,12 @@ void CellGrid::LoadCell(CellSlot& slot, const CellRequest& request, std::uint32_
     }
 }
 
-void CellGrid::UnloadCell(CellSlot& slot) {
+void CellGrid::UnloadCell(std::size_t slot) {
     std::vector<IEntity*> former;
     {
         const MutexLock lock(slotLock);
-        slot.cellEntity->active = false;
-        former.swap(slot.spawned);
+        slots[slot].cellEntity->active = false;
+        former.swap(slots[slot].spawned);
     }
     for (IEntity* entity : former) {
         WorldManager::GetInstance()->QueueCallback(
@@ -219,20 +221,26 @@ void CellGrid::UnloadCell(CellSlot& slot) {
     }
 }
 
-bool CellGrid::Commit(CellSlot& slot, const CellRequest& request, std::uint32_t number,
-                      const DungeonRecord* dungeon, const Spawned& made) {
+bool CellGrid::IsNewest(std::size_t slot, const CellRequest& request) const {
     const MutexLock lock(slotLock);
-    if (slot.asked != number) {
+    return slots[slot].request.number == request.number;
+}
+
+bool CellGrid::Commit(std::size_t slot, const CellRequest& request, const DungeonRecord* dungeon,
+                      const Spawned& made) {
+    const MutexLock lock(slotLock);
+    CellSlot& loaded = slots[slot];
+    if (loaded.request.number != request.number) {
         return false;
     }
-    slot.served = number;
-    slot.coords = {request.cell.x, request.cell.y};
+    loaded.served = request.number;
+    loaded.coords = {request.cell.x, request.cell.y};
     for (const std::unique_ptr<IEntity>& entity : made) {
-        slot.spawned.push_back(entity.get());
+        loaded.spawned.push_back(entity.get());
     }
-    slot.cellEntity->Setup(request.cell, static_cast<std::uint32_t>(request.land),
-                           request.neighbors, dungeon);
-    slot.cellEntity->active = true;
+    loaded.cellEntity->Setup(request.cell, static_cast<std::uint32_t>(request.land),
+                             request.neighbors, dungeon);
+    loaded.cellEntity->active = true;
     return true;
 }
 

@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "common/Mutex.h"
@@ -41,10 +42,10 @@ public:
     const std::array<const ClusterRecord*, kSlotCount>& GetClusters() const { return clusters; }
 
     /// Waits until no load is pending or running, at most so many milliseconds; false when one
-    /// still is. Any thread but a worker.
+    /// still is. For tests and benchmarks; the game never waits. Any thread but a worker.
     bool WaitForLoads(std::uint32_t milliseconds) VESK_EXCLUDES(slotLock);
 
-    /// A copy of a slot for inspection. Any thread.
+    /// A copy of a slot, for tests. Any thread.
     CellSlot GetSlot(std::size_t slot) const VESK_EXCLUDES(slotLock);
 
 private:
@@ -52,25 +53,25 @@ private:
 
     void AcquireClusters(const GridKey& cluster);
     void TargetCells(Vec2i center) VESK_EXCLUDES(slotLock);
-    void RequestCell(CellSlot& slot, const GridKey& cell) VESK_EXCLUDES(slotLock);
+    Vec2i GetTarget(std::size_t slot) const VESK_EXCLUDES(slotLock);
+    void RequestCell(std::size_t slot, const GridKey& cell) VESK_EXCLUDES(slotLock);
     std::int32_t LandFlag(const GridKey& cell) const;
 
     /// Makes this the slot's newest request and hides what it shows; true when the slot has no job
     /// yet that would serve it.
-    bool Retarget(CellSlot& slot, CellRequest request) VESK_EXCLUDES(slotLock);
+    bool Retarget(std::size_t slot, CellRequest request) VESK_EXCLUDES(slotLock);
 
     // The parts of a load job, on a worker thread.
-    void ServeRequests(CellSlot& slot) VESK_EXCLUDES(slotLock);
-    bool NextRequest(CellSlot& slot, CellRequest& request, std::uint32_t& number)
-        VESK_EXCLUDES(slotLock);
-    void LoadCell(CellSlot& slot, const CellRequest& request, std::uint32_t number)
-        VESK_EXCLUDES(slotLock);
-    void UnloadCell(CellSlot& slot) VESK_EXCLUDES(slotLock);
+    void ServeRequests(std::size_t slot) VESK_EXCLUDES(slotLock);
+    std::optional<CellRequest> NextRequest(std::size_t slot) VESK_EXCLUDES(slotLock);
+    void LoadCell(std::size_t slot, const CellRequest& request) VESK_EXCLUDES(slotLock);
+    void UnloadCell(std::size_t slot) VESK_EXCLUDES(slotLock);
+    bool IsNewest(std::size_t slot, const CellRequest& request) const VESK_EXCLUDES(slotLock);
 
     /// Brings a loaded cell into its slot; false, with nothing changed, when the request has been
     /// overtaken.
-    bool Commit(CellSlot& slot, const CellRequest& request, std::uint32_t number,
-                const DungeonRecord* dungeon, const Spawned& made) VESK_EXCLUDES(slotLock);
+    bool Commit(std::size_t slot, const CellRequest& request, const DungeonRecord* dungeon,
+                const Spawned& made) VESK_EXCLUDES(slotLock);
 
     std::array<const ClusterRecord*, kSlotCount> clusters{}; ///< block order, row by row
     GridKey lastClusterKey;

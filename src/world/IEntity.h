@@ -10,13 +10,14 @@ public:
     IEntity() = default;
     IEntity(const IEntity&) = delete;
     IEntity& operator=(const IEntity&) = delete;
-    virtual ~IEntity() = default;
 
     /// One tick of logic, while active. Main thread.
     virtual void Update() = 0;
 
     /// Draws, while active. Main thread.
     virtual void Render() = 0;
+
+    virtual ~IEntity() = default;
 
     /// Updated and drawn only while set. Atomic, because a job that has loaded a cell sets it while
     /// the main thread draws: whoever sees it set also sees what was set up before.

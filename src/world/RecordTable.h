@@ -7,7 +7,8 @@
 //
 // A request may name a variant (for a dungeon, the number of neighbours that it was generated for).
 // A record in use with another variant cannot serve it and cannot change under its holders: it is
-// displaced, and returns to the pool with the last reference to its id.
+// displaced. It serves again when its variant is asked for, and returns to the pool with the last
+// reference to its id.
 #pragma once
 
 #include <cstddef>
@@ -59,7 +60,7 @@ public:
         counts.erase(count);
         const auto [first, last] = displaced.equal_range(id);
         for (auto entry = first; entry != last; ++entry) {
-            pool.push_back(std::move(entry->second));
+            pool.push_back(std::move(entry->second.record));
         }
         displaced.erase(first, last);
         const auto entry = inUse.find(id);
@@ -102,13 +103,25 @@ private:
             generated.Wait(lock);
         }
         const auto entry = inUse.find(id);
-        if (entry != inUse.end() && entry->second.variant == variant) {
+        if (entry != inUse.end() && HasVariant(id, entry->second, variant)) {
             ++counts[id];
             return entry->second.record.get();
         }
         generating.insert(id);
         fresh = TakeFromPool();
         return nullptr;
+    }
+
+    /// True when the current record of an id is of a variant, or a displaced one is, which then
+    /// takes its place.
+    bool HasVariant(std::int32_t id, Entry& current, std::size_t variant) VESK_REQUIRES(lock) {
+        const auto [first, last] = displaced.equal_range(id);
+        for (auto former = first; former != last && current.variant != variant; ++former) {
+            if (former->second.variant == variant) {
+                std::swap(former->second, current);
+            }
+        }
+        return current.variant == variant;
     }
 
     std::unique_ptr<Record> TakeFromPool() VESK_REQUIRES(lock) {
@@ -125,7 +138,7 @@ private:
         const MutexLock guard(lock);
         Entry& entry = inUse[id];
         if (entry.record != nullptr) {
-            displaced.emplace(id, std::move(entry.record));
+            displaced.emplace(id, std::move(entry));
         }
         entry = {std::move(fresh), variant};
         ++counts[id];
@@ -140,5 +153,5 @@ private:
     std::map<std::int32_t, Entry> inUse VESK_GUARDED_BY(lock);
     std::map<std::int32_t, std::uint32_t> counts VESK_GUARDED_BY(lock); ///< absent means 0
     std::set<std::int32_t> generating VESK_GUARDED_BY(lock);
-    std::multimap<std::int32_t, std::unique_ptr<Record>> displaced VESK_GUARDED_BY(lock);
+    std::multimap<std::int32_t, Entry> displaced VESK_GUARDED_BY(lock);
 };

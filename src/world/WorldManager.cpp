@@ -125,19 +125,21 @@ void WorldManager::UpdateEntities() {
 }
 
 void WorldManager::DrainCallbacks() {
-    const MutexLock lock(callbackLock);
     draining = true;
-    for (const std::function<void()>& callback : callbacks) {
-        callback();
+    {
+        const MutexLock lock(callbackLock);
+        for (const std::function<void()>& callback : callbacks) {
+            callback();
+        }
+        callbacks.clear();
+        // Their callbacks have just made them the world's own; nothing has been deleted yet.
+        for (std::unique_ptr<IEntity>& entity : arriving) {
+            static_cast<void>(entity.release());
+        }
+        arriving.clear();
     }
-    callbacks.clear();
-    for (std::unique_ptr<IEntity>& entity : arriving) {
-        static_cast<void>(
-            entity.release()); // its callback has added it to the entities that the world owns
-    }
-    arriving.clear();
     draining = false;
-    FlushRemovals();
+    FlushRemovals(); // outside the lock, for which workers may be waiting
 }
 
 void WorldManager::Render() {
@@ -145,7 +147,7 @@ void WorldManager::Render() {
     const MutexLock lock(worldLock);
     {
         const MutexLock render(graphics.renderLock);
-        SDL_RenderClear(graphics.renderer);
+        graphics.Clear();
     }
     for (const std::vector<IEntity*>& layer : layers) {
         for (IEntity* entity : layer) {
@@ -158,7 +160,7 @@ void WorldManager::Render() {
         ASM_AssetManager::GetInstance()->DrawLoadedAssets();
     }
     const MutexLock render(graphics.renderLock);
-    SDL_RenderPresent(graphics.renderer);
+    graphics.Present();
 }
 
 void WorldManager::AddEntity(IEntity* entity, std::int32_t layer) {

@@ -53,7 +53,7 @@ public:
 
     /// Takes an entity out of the world and deletes it; one that is not in the world is only taken
     /// out of its layer. Within a drain of the callback queue the removals happen together at the
-    /// drain's end.
+    /// drain's end. Not from an entity's own Update: queue a callback there.
     void RemoveEntity(IEntity* entity);
 
     /// A new terrain entity in layer 0, owned by the world.

@@ -48,7 +48,7 @@ struct Experience {
         for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
             const CellSlot slot = World().cellGrid.GetSlot(i);
             pending = pending || slot.busy;
-            overtakenRequests += slot.asked > slot.served + 1 ? 1 : 0;
+            overtakenRequests += slot.request.number > slot.served + 1 ? 1 : 0;
         }
         ticksWithPendingLoads += pending ? 1 : 0;
         mostSpawned = std::max(mostSpawned, World().layers[kSpawnedLayer].size());

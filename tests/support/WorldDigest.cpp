@@ -155,7 +155,10 @@ std::uint64_t DigestRequests() {
     Hasher hash;
     for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
         const CellSlot slot = World().cellGrid.GetSlot(i);
-        hash.Add(slot.target).Add(slot.asked).Add(slot.request.cell).Add(slot.request.land);
+        hash.Add(slot.target)
+            .Add(slot.request.number)
+            .Add(slot.request.cell)
+            .Add(slot.request.land);
         hash.AddAll(slot.request.neighbors);
     }
     return hash.Value();

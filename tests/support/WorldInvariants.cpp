@@ -3,6 +3,8 @@
 #include "entities/CompassEntity.h"
 #include "entities/DumbEnemy.h"
 #include "entities/TerrainCellEntity.h"
+#include "gen/BuildNeighborGraph.h"
+#include "gen/GEN_DungeonGenerator.h"
 #include "gen/GenerateCluster.h"
 #include "world/ASM_AssetManager.h"
 #include "world/WorldManager.h"
@@ -11,6 +13,8 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
+#include <string>
 #include <vector>
 
 namespace {
@@ -28,6 +32,40 @@ bool IsLand(Vec2i cell) {
         GenerateCluster(key, record);
     }
     return record.cells.find(CellKey(cell).id)->second == 1;
+}
+
+bool SameIds(const std::vector<GridKey>& a, const std::vector<GridKey>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const GridKey& x, const GridKey& y) { return x.id == y.id; });
+}
+
+// The neighbour graph of the block around a cluster, from keys alone.
+const CellNeighborMap& GraphAround(Vec2i cluster) {
+    static std::map<std::int32_t, CellNeighborMap> graphs;
+    if (graphs.size() > 64) {
+        graphs.clear(); // a fuzzer visits millions
+    }
+    CellNeighborMap& graph = graphs[ClusterKey(cluster).id];
+    if (graph.empty()) {
+        std::array<ClusterRecord, 9> block;
+        std::array<const ClusterRecord*, 9> records{};
+        for (std::int32_t i = 0; i < 9; ++i) {
+            const auto entry = static_cast<std::size_t>(i);
+            GenerateCluster(ClusterKey(cluster + Vec2i{i % 3 - 1, i / 3 - 1}), block[entry]);
+            records[entry] = &block[entry];
+        }
+        BuildNeighborGraph(records.data(), 9, graph);
+    }
+    return graph;
+}
+
+// The dungeon must be the one that its key and its number of neighbours make.
+void CheckDungeon(const GridKey& key, std::size_t neighborCount, const DungeonRecord& dungeon) {
+    const auto expected = std::make_unique<DungeonRecord>();
+    GEN_DungeonGenerator().Generate(key, neighborCount, *expected);
+    EXPECT_TRUE(dungeon.tiles == expected->tiles);
+    EXPECT_EQ(dungeon.mainRooms, expected->mainRooms);
+    EXPECT_EQ(dungeon.compassPoints, expected->compassPoints);
 }
 
 std::vector<Vec2i> ExpectedPlaces(Vec2i cell, const DungeonRecord& dungeon) {
@@ -78,7 +116,7 @@ void CheckInLayer(const CellSlot& slot) {
     }
 }
 
-void CheckSlot(const CellSlot& slot, Vec2i expected) {
+void CheckSlot(const CellSlot& slot, Vec2i expected, const std::vector<GridKey>& neighbors) {
     ASSERT_EQ(slot.coords, expected);
     const TerrainCellEntity::View view = slot.cellEntity->GetView();
     if (expected == Vec2i{-1, -1}) {
@@ -90,9 +128,9 @@ void CheckSlot(const CellSlot& slot, Vec2i expected) {
     EXPECT_EQ(view.corners[0], CellOrigin(expected));
     ASSERT_EQ(view.occupied == 1, IsLand(expected));
     ASSERT_EQ(view.dungeon != nullptr, IsLand(expected));
+    EXPECT_TRUE(SameIds(slot.cellEntity->GetNeighbors(), neighbors));
     if (view.dungeon != nullptr) {
-        EXPECT_EQ(view.dungeon->compassPoints.size(),
-                  std::min(slot.cellEntity->GetNeighbors().size(), view.dungeon->mainRooms.size()));
+        CheckDungeon(view.key, neighbors.size(), *view.dungeon);
     }
     CheckSpawned(slot, view.dungeon);
     CheckInLayer(slot);
@@ -110,11 +148,15 @@ void CheckCounts(const SlotModel& model) {
         held[entry.id] = entry.count;
     }
     EXPECT_EQ(held, expected);
-    std::uint32_t clusterReferences = 0;
-    for (const auto& entry : ASM_AssetManager::GetInstance()->GetClusters().ListHeld()) {
-        clusterReferences += entry.count;
+    std::map<std::int32_t, std::uint32_t> block;
+    for (std::int32_t i = 0; i < 9; ++i) {
+        ++block[ClusterKey(model.Cluster() + Vec2i{i % 3 - 1, i / 3 - 1}).id];
     }
-    EXPECT_EQ(clusterReferences, 9U);
+    std::map<std::int32_t, std::uint32_t> clusters;
+    for (const auto& entry : ASM_AssetManager::GetInstance()->GetClusters().ListHeld()) {
+        clusters[entry.id] = entry.count;
+    }
+    EXPECT_EQ(clusters, block);
 }
 
 } // namespace
@@ -135,8 +177,12 @@ void SlotModel::MoveTo(Vec2i center) {
             }
         }
     }
+    cluster = center / kClusterCells;
     for (std::size_t i = 0; i < toLoad.size(); ++i) {
         cells[freeSlots[i]] = toLoad[i];
+        const CellNeighborMap& graph = GraphAround(cluster);
+        const auto entry = graph.find(CellKey(toLoad[i]));
+        neighbors[freeSlots[i]] = entry == graph.end() ? std::vector<GridKey>{} : entry->second;
     }
 }
 
@@ -146,7 +192,7 @@ void CheckWorldAtRest(const SlotModel& model) {
     for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
         SCOPED_TRACE("slot " + std::to_string(i));
         const CellSlot slot = world.cellGrid.GetSlot(i);
-        CheckSlot(slot, model.Cells()[i]);
+        CheckSlot(slot, model.Cells()[i], model.Neighbors(i));
         spawned += slot.spawned.size();
     }
     EXPECT_EQ(world.layers[2].size(), spawned) << "something stale or doubled is in layer 2";

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <random>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -71,8 +72,11 @@ TEST(RecordTableTest, AnotherVariantDisplacesARecordThatItsHolderKeeps) {
     EXPECT_NE(former, current);
     EXPECT_EQ(former->variant, 2U);
     EXPECT_EQ(table.Find(9)->variant, 4U);
+    EXPECT_EQ(Acquire(table, 9, 2), former) << "a displaced record serves its variant again";
+    table.Release(9);
     table.Release(9); // the overtaken holder
-    EXPECT_EQ(table.Find(9), current);
+    EXPECT_EQ(table.Find(9), former);
+    EXPECT_EQ(current->variant, 4U);
     EXPECT_EQ(table.PoolSize(), 0U) << "the displaced record went back while its id was in use";
     table.Release(9);
     EXPECT_EQ(table.PoolSize(), 2U);
