@@ -350,7 +350,7 @@ TEST_F(DebugMenuTest, ManyJumpsLeaveTheWorldInOrder) {
     }
 }
 
-TEST_F(DebugMenuTest, AMapBeyondTheWorldLeadsToItsEdgeTile) {
+TEST_F(DebugMenuTest, AMapBeyondTheWorldLeadsWhereTheWorldBeginsAnew) {
     Show();
     WalkTo(7);
     Map().pan = {2e8f, -2e8f};
