@@ -4,9 +4,8 @@
 
 #include <cstdint>
 
-#include "gen/GridKey.h"
 #include "support/GameHarness.h"
-#include "support/WorldInvariants.h"
+#include "support/StreamFollower.h"
 
 class FuzzGame {
 public:
@@ -23,10 +22,6 @@ public:
     void Rest();
 
 private:
-    /// Tells the model of the cell that a tick streams around; true when it was another before.
-    bool StreamAround(const GridKey& cell);
-
     GameHarness game;
-    SlotModel model;
-    std::int32_t lastCellId = kUnsetId;
+    StreamFollower follower;
 };

@@ -1,0 +1,51 @@
+#include "SimulatedPlay.h"
+
+#include "app/Application.h"
+#include "entities/PlayerEntity.h"
+#include "world/WorldManager.h"
+
+#include <SDL.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr std::uint32_t kDeadline = 120000; // ms
+
+} // namespace
+
+void SimulatedPlay::Push(const SDL_Event& event) {
+    SDL_Event copy = event;
+    SDL_PushEvent(&copy);
+}
+
+void SimulatedPlay::Tick() {
+    follower.BeforeTick();
+    now += 16;
+    RunPass(now);
+    ++ticks;
+}
+
+void SimulatedPlay::Rest() {
+    ASSERT_TRUE(WorldManager::GetInstance()->cellGrid.WaitForLoads(kDeadline))
+        << "a load does not end";
+    Tick();
+    CheckWorldAtRest(follower.Model());
+    CountArrivals();
+    ++rests;
+}
+
+void SimulatedPlay::RestAt(Vec2i place) {
+    WorldManager::GetInstance()->player->PlaceAt(place);
+    Tick();
+    Rest();
+}
+
+void SimulatedPlay::CountArrivals() {
+    for (std::size_t i = 0; i < counted.size(); ++i) {
+        const CellSlot slot = WorldManager::GetInstance()->cellGrid.GetSlot(i);
+        if (slot.served != counted[i]) {
+            counted[i] = slot.served;
+            arrivals += slot.spawned.size();
+        }
+    }
+}
