@@ -1,14 +1,20 @@
 #include "gen/DungeonRooms.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <numeric>
+#include <utility>
+#include <vector>
 
+#include "gen/Twister.h"
 #include "gen/UniformInt.h"
 
 namespace {
 
-constexpr int kPlacementAttempts = 100;
+constexpr std::size_t kPlacementAttempts = 100;
 constexpr std::int32_t kLastTile = kCellTiles - 1;
 
 const DungeonRoom& RoomOf(const DungeonRecord& record, std::int32_t id) {
@@ -16,12 +22,12 @@ const DungeonRoom& RoomOf(const DungeonRecord& record, std::int32_t id) {
 }
 
 // Always four draws, in this order.
-DungeonRoom DrawRoom(RoomSizes sizes, std::mt19937& rng) {
+DungeonRoom DrawRoom(const UniformRange& side, Twister& rng) {
     DungeonRoom room;
     room.x = UniformInt(rng, 0, kLastTile);
     room.y = UniformInt(rng, 0, kLastTile);
-    room.w = UniformInt(rng, sizes.smallest, sizes.largest);
-    room.h = UniformInt(rng, sizes.smallest, sizes.largest);
+    room.w = side(rng);
+    room.h = side(rng);
     return room;
 }
 
@@ -42,10 +48,36 @@ bool FitIntoCell(RoomSizes sizes, DungeonRoom& room) {
     return true;
 }
 
-// Rooms whose edges coincide touch as well.
-bool Touches(const DungeonRoom& a, const DungeonRoom& b) {
-    return a.x + a.w >= b.x && a.x <= b.x + b.w && a.y >= b.y - b.h && a.y - a.h <= b.y;
-}
+// The rooms placed so far, one array for each edge, so that a new one is held against several at
+// once.
+class PlacedRooms {
+public:
+    std::size_t Count() const { return count; }
+
+    /// Does the room overlap a placed one? Rooms whose edges coincide touch as well.
+    bool Touch(const DungeonRoom& room) const {
+        std::int32_t touching = 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            touching |= (room.x + room.w >= left[i]) & (room.x <= right[i]) &
+                        (room.y >= bottom[i]) & (room.y - room.h <= top[i]);
+        }
+        return touching != 0;
+    }
+
+    void Add(const DungeonRoom& room) {
+        left[count] = room.x;
+        right[count] = room.x + room.w;
+        bottom[count] = room.y - room.h;
+        top[count] = room.y;
+        ++count;
+    }
+
+private:
+    using Edges = std::array<std::int32_t, kPlacementAttempts>;
+
+    Edges left, right, bottom, top;
+    std::size_t count = 0;
+};
 
 void SetCorners(DungeonRoom& room) {
     room.center = {room.x + room.w / 2, room.y - room.h / 2};
@@ -77,12 +109,117 @@ void AppendEdge(std::int32_t a, std::int32_t b, DungeonRecord& record) {
     record.edges.push_back({a, b, d.x * d.x + d.y * d.y});
 }
 
-void AppendNeighbors(std::int32_t room, std::int32_t first, std::int32_t second,
-                     DungeonRecord& record) {
-    std::vector<std::int32_t>& list = record.adjacency[static_cast<std::uint32_t>(room)];
-    list.push_back(first);
-    list.push_back(second);
-}
+using Adjacency = decltype(DungeonRecord::adjacency);
+
+// Fills the adjacency room by room from the triangles' corners. The map's nodes and lists come from
+// an earlier dungeon's as far as there are any: they are taken out, given their new rooms and put
+// back in ascending order.
+class AdjacencyWriter {
+public:
+    AdjacencyWriter(std::size_t roomCount, Adjacency& map)
+        : adjacency(map), lists(roomCount, nullptr) {}
+
+    void MakeEntries(const std::vector<DelaunayTriangle>& triangles) {
+        std::vector<char> linked(lists.size(), 0);
+        for (const DelaunayTriangle& t : triangles) {
+            for (const std::int32_t corner : {t.a, t.b, t.c}) {
+                linked[static_cast<std::size_t>(corner)] = 1;
+            }
+        }
+        Adjacency old;
+        old.swap(adjacency);
+        for (std::size_t room = 0; room < lists.size(); ++room) {
+            if (linked[room] != 0) {
+                lists[room] = MakeEntry(static_cast<std::uint32_t>(room), old);
+            }
+        }
+    }
+
+    /// Adds two neighbours to a room, in this order.
+    void Append(std::int32_t room, std::int32_t first, std::int32_t second) {
+        std::vector<std::int32_t>& list = *lists[static_cast<std::size_t>(room)];
+        list.push_back(first);
+        list.push_back(second);
+    }
+
+private:
+    std::vector<std::int32_t>* MakeEntry(std::uint32_t room, Adjacency& old) {
+        if (old.empty()) {
+            return &adjacency.try_emplace(adjacency.end(), room)->second;
+        }
+        auto node = old.extract(old.begin());
+        node.key() = room;
+        node.mapped().clear();
+        return &adjacency.insert(adjacency.end(), std::move(node))->second;
+    }
+
+    Adjacency& adjacency;
+    std::vector<std::vector<std::int32_t>*> lists; // by room; null for rooms in no triangle
+};
+
+// Grows a spanning tree: knows, for every room outside, the best edge that joins it to the tree.
+class TreeGrower {
+public:
+    TreeGrower(const std::vector<DungeonEdge>& theEdges, std::size_t roomCount)
+        : edges(theEdges), firstEnds(roomCount + 1, 0), ends(2 * theEdges.size()),
+          best(roomCount, kNoEdge), inTree(roomCount, 0) {
+        ListEnds();
+    }
+
+    void Join(std::int32_t room) {
+        const auto at = static_cast<std::size_t>(room);
+        inTree[at] = 1;
+        best[at] = kNoEdge;
+        for (std::uint32_t i = firstEnds[at]; i < firstEnds[at + 1]; ++i) {
+            const End& end = ends[i];
+            const auto other = static_cast<std::size_t>(end.room);
+            if (inTree[other] == 0) {
+                best[other] = std::min(best[other], end.edge);
+            }
+        }
+    }
+
+    /// The edge to take, or null when none leaves the tree.
+    const DungeonEdge* Shortest() const {
+        const std::uint64_t edge = *std::min_element(best.begin(), best.end());
+        return edge == kNoEdge ? nullptr : &edges[static_cast<std::size_t>(edge & 0xffffffffu)];
+    }
+
+    bool Holds(std::int32_t room) const { return inTree[static_cast<std::size_t>(room)] != 0; }
+
+private:
+    // Length above index, so that the least is the shortest, and the first of equally long ones.
+    static std::uint64_t Rank(const DungeonEdge& edge, std::size_t index) {
+        return static_cast<std::uint64_t>(edge.lengthSquared) << 32 | index;
+    }
+
+    static constexpr std::uint64_t kNoEdge = ~std::uint64_t{0};
+
+    struct End {
+        std::int32_t room;
+        std::uint64_t edge;
+    };
+
+    // Both ends of every edge, room by room.
+    void ListEnds() {
+        for (const DungeonEdge& edge : edges) {
+            ++firstEnds[static_cast<std::size_t>(edge.a)];
+            ++firstEnds[static_cast<std::size_t>(edge.b)];
+        }
+        std::partial_sum(firstEnds.begin(), firstEnds.end(), firstEnds.begin());
+        for (std::size_t i = 0; i < edges.size(); ++i) {
+            const std::uint64_t rank = Rank(edges[i], i);
+            ends[--firstEnds[static_cast<std::size_t>(edges[i].a)]] = {edges[i].b, rank};
+            ends[--firstEnds[static_cast<std::size_t>(edges[i].b)]] = {edges[i].a, rank};
+        }
+    }
+
+    const std::vector<DungeonEdge>& edges;
+    std::vector<std::uint32_t> firstEnds;
+    std::vector<End> ends;
+    std::vector<std::uint64_t> best;
+    std::vector<char> inTree;
+};
 
 bool SameEnds(const DungeonEdge& a, const DungeonEdge& b) {
     return a.a == b.a && a.b == b.b;
@@ -90,73 +227,61 @@ bool SameEnds(const DungeonEdge& a, const DungeonEdge& b) {
 
 } // namespace
 
-std::vector<DelaunayPoint> PlaceRooms(RoomSizes sizes, std::mt19937& rng, DungeonRecord& record) {
+std::vector<DelaunayPoint> PlaceRooms(RoomSizes sizes, Twister& rng, DungeonRecord& record) {
     std::vector<DelaunayPoint> centres;
+    centres.reserve(kPlacementAttempts);
     const std::int32_t mainSize =
         static_cast<std::int32_t>(static_cast<float>(sizes.largest) * 0.4f);
-    std::size_t placed = 0;
-    for (int attempt = 0; attempt < kPlacementAttempts; ++attempt) {
-        DungeonRoom room = DrawRoom(sizes, rng);
-        const auto end = record.rooms.begin() + static_cast<std::ptrdiff_t>(placed);
-        const auto touches = [&room](const DungeonRoom& other) { return Touches(room, other); };
-        if (!FitIntoCell(sizes, room) || std::any_of(record.rooms.begin(), end, touches)) {
+    const UniformRange side(sizes.smallest, sizes.largest);
+    PlacedRooms placed;
+    for (std::size_t attempt = 0; attempt < kPlacementAttempts; ++attempt) {
+        DungeonRoom room = DrawRoom(side, rng);
+        if (!FitIntoCell(sizes, room) || placed.Touch(room)) {
             continue;
         }
         SetCorners(room);
-        StoreRoom(room, placed, record.rooms);
+        StoreRoom(room, placed.Count(), record.rooms);
         if (room.w >= mainSize && room.h >= mainSize) {
-            const std::int32_t id = static_cast<std::int32_t>(placed);
+            const std::int32_t id = static_cast<std::int32_t>(placed.Count());
             record.mainRooms.push_back(id);
             centres.push_back(CentrePoint(room, id));
         }
-        ++placed;
+        placed.Add(room);
     }
-    record.rooms.resize(placed);
+    record.rooms.resize(placed.Count());
     return centres;
 }
 
-std::vector<DungeonEdge> TriangulateMainRooms(std::vector<DelaunayPoint>& centres,
-                                              DungeonRecord& record) {
-    for (auto& [room, list] : record.adjacency) {
-        list.clear();
-    }
+void TriangulateMainRooms(std::vector<DelaunayPoint>& centres, DungeonRecord& record) {
     std::vector<DelaunayTriangle> triangles;
     Triangulate(centres, triangles);
+    record.edges.reserve(3 * triangles.size());
+    AdjacencyWriter adjacency(record.rooms.size(), record.adjacency);
+    adjacency.MakeEntries(triangles);
     for (const DelaunayTriangle& t : triangles) {
         AppendEdge(t.a, t.b, record);
         AppendEdge(t.b, t.c, record);
         AppendEdge(t.c, t.a, record);
-        AppendNeighbors(t.a, t.b, t.c, record);
-        AppendNeighbors(t.b, t.a, t.c, record);
-        AppendNeighbors(t.c, t.b, t.a, record);
+        adjacency.Append(t.a, t.b, t.c);
+        adjacency.Append(t.b, t.a, t.c);
+        adjacency.Append(t.c, t.b, t.a);
     }
-    std::erase_if(record.adjacency, [](const auto& entry) { return entry.second.empty(); });
-    std::vector<DungeonEdge> sorted = record.edges;
-    std::stable_sort(sorted.begin(), sorted.end(), [](const DungeonEdge& a, const DungeonEdge& b) {
-        return a.lengthSquared < b.lengthSquared;
-    });
-    return sorted;
 }
 
-void BuildSpanningTree(const std::vector<DungeonEdge>& sortedEdges, DungeonRecord& record) {
+void BuildSpanningTree(DungeonRecord& record) {
     const std::size_t vertices = record.adjacency.size();
     if (vertices < 2) {
         return;
     }
-    std::vector<char> inTree(record.rooms.size(), 0);
-    inTree[static_cast<std::size_t>(record.mainRooms[0])] = 1;
-    // A chosen edge has both ends in the tree from then on, so it needs no removal.
-    const auto leavesTree = [&inTree](const DungeonEdge& edge) {
-        return inTree[static_cast<std::size_t>(edge.a)] != inTree[static_cast<std::size_t>(edge.b)];
-    };
+    TreeGrower tree(record.edges, record.rooms.size());
+    tree.Join(record.mainRooms[0]);
     for (std::size_t found = 1; found < vertices; ++found) {
-        const auto edge = std::find_if(sortedEdges.begin(), sortedEdges.end(), leavesTree);
-        if (edge == sortedEdges.end()) {
+        const DungeonEdge* const edge = tree.Shortest();
+        if (edge == nullptr) {
             return;
         }
         record.hallwayEdges.push_back(*edge);
-        inTree[static_cast<std::size_t>(edge->a)] = 1;
-        inTree[static_cast<std::size_t>(edge->b)] = 1;
+        tree.Join(tree.Holds(edge->a) ? edge->b : edge->a);
     }
 }
 

@@ -1,11 +1,11 @@
 #include "gen/GEN_DungeonGenerator.h"
 
 #include <algorithm>
-#include <random>
 #include <vector>
 
 #include "gen/DungeonHallways.h"
 #include "gen/DungeonRooms.h"
+#include "gen/Twister.h"
 #include "gen/UniformInt.h"
 
 namespace {
@@ -22,28 +22,39 @@ void ClearRecord(DungeonRecord& record) {
     record.tiles.fill(kTileEmpty);
 }
 
-Vec2i DrawPoint(const DungeonRoom& room, std::mt19937& rng) {
-    Vec2i point = room.minCorner;
-    point.x += UniformInt(rng, 0, room.w - 1);
-    point.y += UniformInt(rng, 0, room.h - 1);
-    return point;
-}
+// Draws tiles of a room, x before y.
+class TileDraw {
+public:
+    explicit TileDraw(const DungeonRoom& room)
+        : columns(room.minCorner.x, room.minCorner.x + room.w - 1),
+          rows(room.minCorner.y, room.minCorner.y + room.h - 1) {}
 
-void PlaceEnemies(std::int32_t seed, std::mt19937& rng, DungeonRecord& record) {
+    Vec2i operator()(Twister& rng) const {
+        const std::int32_t x = columns(rng);
+        return {x, rows(rng)};
+    }
+
+private:
+    UniformRange columns;
+    UniformRange rows;
+};
+
+void PlaceEnemies(std::int32_t seed, Twister& rng, DungeonRecord& record) {
     for (const std::int32_t id : record.mainRooms) {
         DungeonRoom& room = record.rooms[static_cast<std::size_t>(id)];
         const std::int32_t most = room.w * room.h / kTilesPerEnemy;
         const std::int32_t count = most > 0 ? std::max(seed % most, 0) : 0;
         room.spawnPoints.resize(static_cast<std::size_t>(count));
+        const TileDraw draw(room);
         for (Vec2i& point : room.spawnPoints) {
-            point = DrawPoint(room, rng);
+            point = draw(rng);
         }
     }
 }
 
 // Floyd's sampling: each set of `count` main rooms is as likely as any other.
 std::vector<std::int32_t> ChooseRooms(std::size_t count, const std::vector<std::int32_t>& rooms,
-                                      std::mt19937& rng) {
+                                      Twister& rng) {
     std::vector<std::int32_t> chosen;
     chosen.reserve(count);
     for (std::size_t j = rooms.size() - count; j < rooms.size(); ++j) {
@@ -55,10 +66,10 @@ std::vector<std::int32_t> ChooseRooms(std::size_t count, const std::vector<std::
     return chosen;
 }
 
-void PlaceCompassPoints(std::size_t neighborCount, std::mt19937& rng, DungeonRecord& record) {
+void PlaceCompassPoints(std::size_t neighborCount, Twister& rng, DungeonRecord& record) {
     const std::size_t count = std::min(neighborCount, record.mainRooms.size());
     for (const std::int32_t id : ChooseRooms(count, record.mainRooms, rng)) {
-        record.compassPoints.push_back(DrawPoint(record.rooms[static_cast<std::size_t>(id)], rng));
+        record.compassPoints.push_back(TileDraw(record.rooms[static_cast<std::size_t>(id)])(rng));
     }
 }
 
@@ -69,11 +80,12 @@ void GEN_DungeonGenerator::Generate(const GridKey& cellKey, std::size_t neighbor
     ClearRecord(record);
     const std::int32_t seed = CellKey({cellKey.x, cellKey.y}).id;
     // Both engines start from the seed, so the second repeats the numbers that placed the rooms.
-    std::mt19937 rng(static_cast<std::uint32_t>(seed));
-    std::mt19937 roomRng = rng;
+    Twister rng(static_cast<std::uint32_t>(seed));
+    Twister roomRng = rng;
 
     std::vector<DelaunayPoint> centres = PlaceRooms({minRoomSize, maxRoomSize}, roomRng, record);
-    BuildSpanningTree(TriangulateMainRooms(centres, record), record);
+    TriangulateMainRooms(centres, record);
+    BuildSpanningTree(record);
     AddExtraEdges(record);
     BuildHallways(record);
     PaintTiles(record);

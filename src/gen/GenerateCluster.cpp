@@ -4,8 +4,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <random>
 
+#include "gen/Twister.h"
 #include "gen/UniformInt.h"
 
 namespace {
@@ -15,7 +15,7 @@ using CellArray = std::array<CellFlagMap::value_type, kCellCount>;
 
 // Row by row, one accepted draw a cell.
 void DrawFlags(const GridKey& key, CellArray& cells) {
-    std::mt19937 rng(static_cast<std::uint32_t>(key.id));
+    Twister rng(static_cast<std::uint32_t>(key.id));
     const Vec2i corner = Vec2i{key.x, key.y} * kClusterCells;
     std::size_t next = 0;
     for (std::int32_t row = 0; row < kClusterCells; ++row) {
