@@ -160,45 +160,53 @@ private:
 // Grows a spanning tree: knows, for every room outside, the best edge that joins it to the tree.
 class TreeGrower {
 public:
-    TreeGrower(const std::vector<DungeonEdge>& theEdges, std::size_t roomCount)
-        : edges(theEdges), firstEnds(roomCount + 1, 0), ends(2 * theEdges.size()),
-          best(roomCount, kNoEdge), inTree(roomCount, 0) {
+    TreeGrower(const std::vector<std::int32_t>& rooms, std::size_t roomCount,
+               const std::vector<DungeonEdge>& theEdges)
+        : edges(theEdges), outside(rooms), firstEnds(roomCount + 1, 0), ends(2 * edges.size()),
+          best(roomCount, kNoEdge) {
         ListEnds();
     }
 
-    void Join(std::int32_t room) {
-        const auto at = static_cast<std::size_t>(room);
-        inTree[at] = 1;
-        best[at] = kNoEdge;
-        for (std::uint32_t i = firstEnds[at]; i < firstEnds[at + 1]; ++i) {
-            const End& end = ends[i];
-            const auto other = static_cast<std::size_t>(end.room);
-            if (inTree[other] == 0) {
-                best[other] = std::min(best[other], end.edge);
-            }
+    /// Takes a room in, given by its place among those outside.
+    void Join(std::size_t place) {
+        const auto room = static_cast<std::size_t>(outside[place]);
+        outside[place] = outside.back();
+        outside.pop_back();
+        for (std::uint32_t i = firstEnds[room]; i < firstEnds[room + 1]; ++i) {
+            std::uint64_t& rank = best[static_cast<std::size_t>(ends[i].room)];
+            rank = std::min(rank, ends[i].rank); // of no use for a room inside, and no harm
         }
     }
 
-    /// The edge to take, or null when none leaves the tree.
-    const DungeonEdge* Shortest() const {
-        const std::uint64_t edge = *std::min_element(best.begin(), best.end());
-        return edge == kNoEdge ? nullptr : &edges[static_cast<std::size_t>(edge & 0xffffffffu)];
+    /// Takes in the room that the shortest edge leads to, and returns the edge; null when no edge
+    /// leaves the tree.
+    const DungeonEdge* JoinNearest() {
+        std::uint64_t least = kNoEdge;
+        std::size_t nearest = 0;
+        for (std::size_t i = 0; i < outside.size(); ++i) {
+            const std::uint64_t rank = best[static_cast<std::size_t>(outside[i])];
+            nearest = rank < least ? i : nearest;
+            least = std::min(rank, least);
+        }
+        if (least == kNoEdge) {
+            return nullptr;
+        }
+        Join(nearest);
+        return &edges[static_cast<std::size_t>(least & 0xffffffffu)];
     }
 
-    bool Holds(std::int32_t room) const { return inTree[static_cast<std::size_t>(room)] != 0; }
-
 private:
+    static constexpr std::uint64_t kNoEdge = ~std::uint64_t{0};
+
+    struct End {
+        std::int32_t room; // at the other end
+        std::uint64_t rank;
+    };
+
     // Length above index, so that the least is the shortest, and the first of equally long ones.
     static std::uint64_t Rank(const DungeonEdge& edge, std::size_t index) {
         return static_cast<std::uint64_t>(edge.lengthSquared) << 32 | index;
     }
-
-    static constexpr std::uint64_t kNoEdge = ~std::uint64_t{0};
-
-    struct End {
-        std::int32_t room;
-        std::uint64_t edge;
-    };
 
     // Both ends of every edge, room by room.
     void ListEnds() {
@@ -215,10 +223,10 @@ private:
     }
 
     const std::vector<DungeonEdge>& edges;
-    std::vector<std::uint32_t> firstEnds;
+    std::vector<std::int32_t> outside;
+    std::vector<std::uint32_t> firstEnds; // by room, into `ends`
     std::vector<End> ends;
-    std::vector<std::uint64_t> best;
-    std::vector<char> inTree;
+    std::vector<std::uint64_t> best; // by room: rank of the best edge into the tree
 };
 
 bool SameEnds(const DungeonEdge& a, const DungeonEdge& b) {
@@ -273,15 +281,14 @@ void BuildSpanningTree(DungeonRecord& record) {
     if (vertices < 2) {
         return;
     }
-    TreeGrower tree(record.edges, record.rooms.size());
-    tree.Join(record.mainRooms[0]);
+    TreeGrower tree(record.mainRooms, record.rooms.size(), record.edges);
+    tree.Join(0);
     for (std::size_t found = 1; found < vertices; ++found) {
-        const DungeonEdge* const edge = tree.Shortest();
+        const DungeonEdge* const edge = tree.JoinNearest();
         if (edge == nullptr) {
             return;
         }
         record.hallwayEdges.push_back(*edge);
-        tree.Join(tree.Holds(edge->a) ? edge->b : edge->a);
     }
 }
 
