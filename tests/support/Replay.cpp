@@ -130,7 +130,7 @@ Trace Replay(const Recording& recording, const ReplayOptions& options) {
         trace.push_back(DigestTick());
         if (atRest) {
             ExpectRest(tick);
-            const WorldDigest more = DigestRest();
+            const StateDigest more = DigestRest();
             trace.back().insert(trace.back().end(), more.begin(), more.end());
         }
     }

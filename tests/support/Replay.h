@@ -11,7 +11,7 @@
 #include <SDL_events.h>
 
 #include "gfx/Vec2.h"
-#include "support/WorldDigest.h"
+#include "support/StateDigest.h"
 
 struct RecordedEvent {
     std::size_t tick = 0; ///< the tick that sees it
@@ -40,7 +40,7 @@ struct ReplayOptions {
 };
 
 /// What a replay has seen, one digest per tick; at rests it covers more parts.
-using Trace = std::vector<WorldDigest>;
+using Trace = std::vector<StateDigest>;
 
 Trace Replay(const Recording& recording, const ReplayOptions& options);
 

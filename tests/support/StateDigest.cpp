@@ -1,4 +1,4 @@
-#include "support/WorldDigest.h"
+#include "support/StateDigest.h"
 
 #include "entities/AnchoredBoatEntity.h"
 #include "entities/CameraEntity.h"
@@ -287,21 +287,21 @@ std::uint64_t DigestDungeonCounts() {
 
 } // namespace
 
-WorldDigest DigestTick() {
+StateDigest DigestTick() {
     return {{"player", DigestPlayer()},    {"boat", DigestBoat()},   {"camera", DigestCamera()},
             {"map", DigestMap()},          {"menu", DigestMenu()},   {"flags", DigestFlags()},
             {"input", DigestInput()},      {"radar", DigestRadar()}, {"requests", DigestRequests()},
             {"clusters", DigestClusters()}};
 }
 
-WorldDigest DigestRest() {
+StateDigest DigestRest() {
     return {{"terrain", DigestTerrain()},
             {"spawned", DigestSpawned()},
             {"layers", DigestLayers()},
             {"dungeon counts", DigestDungeonCounts()}};
 }
 
-std::string DifferingParts(const WorldDigest& a, const WorldDigest& b) {
+std::string DifferingParts(const StateDigest& a, const StateDigest& b) {
     if (a.size() != b.size()) {
         return "number of parts";
     }

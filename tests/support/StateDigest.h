@@ -16,14 +16,14 @@ struct DigestPart {
     friend bool operator==(const DigestPart&, const DigestPart&) = default;
 };
 
-using WorldDigest = std::vector<DigestPart>;
+using StateDigest = std::vector<DigestPart>;
 
 /// What must be equal after every tick, whatever the loads are doing.
-WorldDigest DigestTick();
+StateDigest DigestTick();
 
 /// What must be equal as well whenever the world is at rest: slots with their dungeons, enemies and
 /// markers, the layers, the reference counts.
-WorldDigest DigestRest();
+StateDigest DigestRest();
 
 /// The names of the parts that differ, separated by commas.
-std::string DifferingParts(const WorldDigest& a, const WorldDigest& b);
+std::string DifferingParts(const StateDigest& a, const StateDigest& b);
