@@ -48,6 +48,11 @@ bool FitIntoCell(RoomSizes sizes, DungeonRoom& room) {
     return true;
 }
 
+// For answers that are combined without a branch between them.
+std::int32_t AsBit(bool answer) {
+    return static_cast<std::int32_t>(answer);
+}
+
 // The rooms placed so far, one array for each edge, so that a new one is held against several at
 // once.
 class PlacedRooms {
@@ -58,8 +63,8 @@ public:
     bool Touch(const DungeonRoom& room) const {
         std::int32_t touching = 0;
         for (std::size_t i = 0; i < count; ++i) {
-            touching |= (room.x + room.w >= left[i]) & (room.x <= right[i]) &
-                        (room.y >= bottom[i]) & (room.y - room.h <= top[i]);
+            touching |= AsBit(room.x + room.w >= left[i]) & AsBit(room.x <= right[i]) &
+                        AsBit(room.y >= bottom[i]) & AsBit(room.y - room.h <= top[i]);
         }
         return touching != 0;
     }

@@ -222,10 +222,12 @@ void Pilot::PanByCells(Vec2i cells) {
 Vec2i Pilot::NearbyLand() {
     std::vector<Vec2i> land;
     for (const ClusterRecord* cluster : WorldManager::GetInstance()->cellGrid.GetClusters()) {
+        if (cluster->key.x < 0 || cluster->key.y < 0) {
+            continue; // nothing is loaded there, and the ids do not tell the cells
+        }
         for (const auto& [id, flag] : cluster->cells) {
-            const Vec2i cell = DecodeCellId(id);
-            if (flag == 1 && cell.x > 0 && cell.y > 0) {
-                land.push_back(cell);
+            if (flag == 1) {
+                land.push_back(DecodeCellId(id));
             }
         }
     }
