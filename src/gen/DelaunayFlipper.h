@@ -5,9 +5,10 @@
 // triangles that a pass rewrote are what the following pass looks at. Lives within one call of
 // `Triangulate`.
 //
-// A test that finds nothing to flip settles the edge until one of its two triangles is rewritten:
-// the swap test depends on nothing but their corners, and rounds the same from either side. Visits
-// leave settled edges out, which changes nothing but the time they take.
+// Where links are mutual, DelaunayQuickFlips makes the passes over all triangles and those that
+// follow it. The passes here take nothing for granted: they find the way back from a neighbour by
+// looking for it, and report when there is none. They serve for what is left, the triangles on the
+// hull, and for points that share ids.
 #pragma once
 
 #include <cstddef>
@@ -27,7 +28,6 @@ public:
 private:
     enum class Pass { All, Listed, Hull };
     enum class Visit { Unchanged, Flipped, Broken };
-    using TriangleList = std::vector<std::int32_t>;
 
     /// An edge p-q seen from triangle t, whose corner o is opposite, and from triangle t2 on the
     /// other side, whose corner d is opposite.
@@ -41,22 +41,15 @@ private:
     bool FlipHullTriangles();
     bool FlipListedTriangles();
     bool RepeatListed(int repetitions);
-    template <Pass pass>
-    Visit VisitTriangle(std::int32_t t);
-    template <Pass pass, std::size_t tried>
-    Visit TryEdge(std::int32_t t);
+    Visit VisitTriangle(Pass pass, std::int32_t t);
+    Visit TryEdge(Pass pass, std::int32_t t, std::size_t side);
+    bool TouchesHull(std::int32_t t) const;
+    std::int32_t Across(std::int32_t t, std::size_t side) const;
+    Vec2f Place(std::int32_t vertex) const;
     void Flip(const Figure& figure);
     void Relink(std::int32_t triangle, std::int32_t from, std::int32_t to);
-    void Unsettle(std::int32_t triangle, std::int32_t t, std::int32_t t2);
-    bool ShouldSwap(std::int32_t o, std::int32_t p, std::int32_t q, std::int32_t d) const;
-
-    MeshTriangle& At(std::int32_t triangle) {
-        return mesh.triangles[static_cast<std::size_t>(triangle)];
-    }
 
     DelaunayMesh& mesh;
-    TriangleList pending; ///< what a listed pass looks at, in order, repeats included
-    TriangleList flipped; ///< what the pass at hand rewrote
-    /// No two triangles share more than one edge, so that either one of a pair finds the same edge.
-    bool sharesOneEdge;
+    std::vector<std::int32_t> pending; ///< what a listed pass looks at, in order, with repeats
+    std::vector<std::int32_t> flipped; ///< what the pass at hand rewrote
 };

@@ -15,7 +15,7 @@ void MoveTail(std::vector<T>& field, std::size_t begin, std::size_t to, std::siz
 }
 
 // The side of a triangle with these two corners; one of them has.
-std::size_t SideWith(const MeshTriangle& triangle, std::int32_t p, std::int32_t q) {
+Side SideWith(const MeshTriangle& triangle, std::int32_t p, std::int32_t q) {
     const auto& [a, b, c] = triangle.corner;
     const auto joins = [p, q](std::int32_t v, std::int32_t w) {
         return ((v == p) & (w == q)) | ((v == q) & (w == p));
@@ -41,8 +41,10 @@ DelaunayHull::DelaunayHull(DelaunayMesh& theMesh) : mesh(theMesh) {
     }
     for (std::size_t i = 0; i < 3; ++i) {
         SetEdge(i, (i + 1) % 3);
-        owners[i] = 0;
     }
+    owners[0] = MakeLink(0, kSideAB);
+    owners[1] = MakeLink(0, kSideBC);
+    owners[2] = MakeLink(0, kSideAC);
     mesh.triangles.push_back(triangle);
 }
 
@@ -121,13 +123,17 @@ void DelaunayHull::AddTriangles(std::int32_t vertex, Run run) {
     std::size_t from = run.start;
     for (std::int32_t index = first; index <= last; ++index) {
         const std::size_t to = from + 1 == size ? 0 : from + 1;
-        const std::int32_t owner = owners[from];
+        const std::int32_t owner = LinkedTriangle(owners[from]);
         MeshTriangle& neighbor = mesh.triangles[static_cast<std::size_t>(owner)];
-        neighbor.adjacent[SideWith(neighbor, vertices[from], vertices[to])] = index;
+        const std::size_t side = mesh.namesDiffer
+                                     ? LinkedSide(owners[from])
+                                     : SideWith(neighbor, vertices[from], vertices[to]);
+        neighbor.links[side] = MakeLink(index, kSideBC);
         MeshTriangle triangle;
         triangle.corner = {name, vertices[from], vertices[to]};
-        triangle.adjacent = {index == first ? -1 : index - 1, owner,
-                             index == last ? -1 : index + 1};
+        triangle.links[kSideBC] = MakeLink(owner, side);
+        triangle.links[kSideAC] = index == last ? kNoLink : MakeLink(index + 1, kSideAB);
+        triangle.links[kSideAB] = index == first ? kNoLink : MakeLink(index - 1, kSideAC);
         mesh.triangles.push_back(triangle);
         from = to;
     }
@@ -153,8 +159,8 @@ void DelaunayHull::ReplacePoints(Run run, std::int32_t vertex) {
     SetPoint(at, vertex);
     SetEdge(at, after);
     SetEdge(before, at);
-    owners[at] = lastMade;
-    owners[before] = firstMade;
+    owners[at] = MakeLink(lastMade, kSideAC);
+    owners[before] = MakeLink(firstMade, kSideAB);
 }
 
 void DelaunayHull::SetPoint(std::size_t at, std::int32_t vertex) {

@@ -52,5 +52,5 @@ private:
     std::vector<float> edgeX;
     std::vector<float> edgeY;
     std::vector<std::int32_t> vertices;
-    std::vector<std::int32_t> owners; ///< triangles that own the edges
+    std::vector<Link> owners; ///< the triangles that own the edges, and by which side
 };

@@ -11,26 +11,44 @@
 
 #include "gfx/Vec2.h"
 
-/// The sides of a triangle with the corners a, b and c.
-enum Side : std::size_t { kSideAB = 0, kSideBC = 1, kSideAC = 2 };
+/// The sides of a triangle with the corners a, b and c. A side has the index of the corner that
+/// does not lie on it.
+enum Side : std::size_t { kSideBC = 0, kSideAC = 1, kSideAB = 2 };
+
+/// What lies across a side, in one word: the triangle there, the side by which it is reached, and
+/// whether the edge between is settled (see DelaunayFlipper.h). Negative where nothing lies across.
+using Link = std::int32_t;
+
+inline constexpr Link kNoLink = -1;
+inline constexpr Link kSettledBit = 4;
+inline constexpr std::int32_t kMostTriangles = 1 << 28; ///< that a link can tell apart
+
+constexpr Link MakeLink(std::int32_t triangle, std::size_t side) {
+    return triangle * 8 + static_cast<Link>(side);
+}
+
+/// -1 for no link, as in `DelaunayTriangle`.
+constexpr std::int32_t LinkedTriangle(Link link) {
+    return link >> 3;
+}
+
+constexpr std::size_t LinkedSide(Link link) {
+    return static_cast<std::size_t>(link & 3);
+}
 
 /// Aligned so that no triangle straddles two cache lines.
 struct alignas(32) MeshTriangle {
-    std::array<std::int32_t, 3> corner{};             ///< vertices a, b, c
-    std::array<std::int32_t, 3> adjacent{-1, -1, -1}; ///< triangles, by side; -1 outside the hull
-    std::uint32_t settled = 0; ///< bit per side: tested since its figure changed, stays unflipped
+    std::array<std::int32_t, 3> corner{};                 ///< vertices a, b, c
+    std::array<Link, 3> links{kNoLink, kNoLink, kNoLink}; ///< by side
 };
-
-/// The triangle's corner that does not lie on the side.
-constexpr std::size_t OppositeCorner(std::size_t side) {
-    return (side + 2) % 3;
-}
 
 struct DelaunayMesh {
     std::vector<Vec2f> vertices;
     /// Vertex whose name a vertex has in triangles: itself, but for points that share an id, where
     /// it is the last of them.
     std::vector<std::int32_t> names;
-    bool namesDiffer = true; ///< no two vertices share a name
+    /// No two vertices share a name. The links are mutual then, down to the sides; otherwise a
+    /// triangle may have several corners of one name, and links may lead astray.
+    bool namesDiffer = true;
     std::vector<MeshTriangle> triangles;
 };

@@ -26,6 +26,8 @@ using Points = std::vector<DelaunayPoint>;
 using Triangles = std::vector<DelaunayTriangle>;
 
 constexpr std::size_t kSeedPoints = 3;
+// A triangulation has less than two triangles a point.
+constexpr std::size_t kMostPoints = static_cast<std::size_t>(kMostTriangles) / 2;
 
 bool IsUsable(const DelaunayPoint& point) {
     return point.id >= 0 && std::isfinite(point.x) && std::isfinite(point.y);
@@ -147,8 +149,9 @@ void WriteTriangles(const DelaunayMesh& mesh, const Points& points, const Delaun
     triangles.reserve(mesh.triangles.size());
     for (const MeshTriangle& source : mesh.triangles) {
         const auto& [a, b, c] = source.corner;
-        const auto& [ab, bc, ac] = source.adjacent;
-        triangles.push_back({idOf(a), idOf(b), idOf(c), ab, bc, ac});
+        const auto& [bc, ac, ab] = source.links;
+        triangles.push_back({idOf(a), idOf(b), idOf(c), LinkedTriangle(ab), LinkedTriangle(bc),
+                             LinkedTriangle(ac)});
     }
     triangles[0].radiusSq = seed.radiusSq;
     triangles[0].centreX = seed.centre.x;
@@ -161,7 +164,7 @@ std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
                          std::vector<DelaunayTriangle>& triangles) {
     const auto usable =
         static_cast<std::size_t>(std::count_if(points.begin(), points.end(), IsUsable));
-    if (usable < kSeedPoints) {
+    if (usable < kSeedPoints || usable > kMostPoints) {
         WriteErrorLine("less than 3 points, aborting ");
         return -1;
     }

@@ -51,7 +51,8 @@ struct DelaunayTriangle {
 /// triangle. The points are put in the order in which they were added, the three seed points first,
 /// and their sort keys are overwritten.
 ///
-/// Returns 1 on success; -1 for fewer than three usable points (both lists stay as they are); -2
+/// Returns 1 on success; -1 for fewer than three usable points, or more than 2^27, whose list alone
+/// would fill 3.5 GiB (both lists stay as they are); -2
 /// when no third point makes a circle with the first two, as for points on one line (the points
 /// stay sorted by distance from the first); -3 or -4 when the first or a later pass of flips found
 /// adjacency that is not mutual, which only repeated ids can cause (the triangles stay as they were

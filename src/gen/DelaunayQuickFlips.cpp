@@ -1,0 +1,109 @@
+#include "gen/DelaunayQuickFlips.h"
+
+#include "gen/SwapTest.h"
+#include "gen/Triangulate.h"
+
+namespace {
+
+constexpr std::size_t kSpareEntries = 64;
+
+// The ends of a side, as corners: the lower first.
+constexpr std::size_t FirstEnd(std::size_t side) {
+    return side == 0 ? 1 : 0;
+}
+constexpr std::size_t SecondEnd(std::size_t side) {
+    return side == 2 ? 1 : 2;
+}
+
+constexpr Link Unsettled(Link link) {
+    return link & ~kSettledBit;
+}
+
+} // namespace
+
+DelaunayQuickFlips::DelaunayQuickFlips(DelaunayMesh& mesh)
+    : triangles(mesh.triangles), vertices(mesh.vertices) {
+    flipped.reserve(triangles.size() + kSpareEntries);
+}
+
+void DelaunayQuickFlips::Run(int repetitions) {
+    const std::size_t limit = kPendingBase + kPendingPerTriangle * triangles.size();
+    FlipAllTriangles();
+    for (int i = 0; i < repetitions && !flipped.empty() && flipped.size() <= limit; ++i) {
+        FlipListedTriangles();
+    }
+}
+
+void DelaunayQuickFlips::FlipAllTriangles() {
+    const auto count = static_cast<std::int32_t>(triangles.size());
+    for (std::int32_t t = 0; t < count; ++t) {
+        VisitTriangle(t);
+    }
+}
+
+void DelaunayQuickFlips::FlipListedTriangles() {
+    pending.swap(flipped);
+    flipped.clear();
+    for (const std::int32_t t : pending) {
+        VisitTriangle(t);
+    }
+}
+
+// Tries the triangle's edges; at most one is flipped.
+void DelaunayQuickFlips::VisitTriangle(std::int32_t t) {
+    if (!TryEdge<kSideBC>(t) && !TryEdge<kSideAB>(t)) {
+        TryEdge<kSideAC>(t);
+    }
+}
+
+// Whether the edge was flipped.
+template <std::size_t side>
+bool DelaunayQuickFlips::TryEdge(std::int32_t t) {
+    MeshTriangle& triangle = triangles[static_cast<std::size_t>(t)];
+    const Link link = triangle.links[side];
+    if (link < 0 || (link & kSettledBit) != 0) {
+        return false;
+    }
+    const std::int32_t t2 = LinkedTriangle(link);
+    const std::size_t back = LinkedSide(link);
+    MeshTriangle& other = triangles[static_cast<std::size_t>(t2)];
+    const std::int32_t o = triangle.corner[side];
+    const std::int32_t p = triangle.corner[FirstEnd(side)];
+    const std::int32_t q = triangle.corner[SecondEnd(side)];
+    const std::int32_t d = other.corner[back];
+    const Vec2f* const places = vertices.data();
+    if (!ShouldSwap(places[o], places[p], places[q], places[d])) {
+        triangle.links[side] = link | kSettledBit;
+        other.links[back] |= kSettledBit;
+        return false;
+    }
+    // A side has the index of the corner opposite, so the side o-p has that of q.
+    const bool startsAtP = p == other.corner[FirstEnd(back)];
+    const Link atFirst = other.links[FirstEnd(back)];
+    const Link atSecond = other.links[SecondEnd(back)];
+    const Link acrossOP = triangle.links[SecondEnd(side)];
+    const Link acrossOQ = triangle.links[FirstEnd(side)];
+    const Link acrossPD = startsAtP ? atSecond : atFirst;
+    const Link acrossQD = startsAtP ? atFirst : atSecond;
+    if (LinkedTriangle(acrossOP) == LinkedTriangle(acrossPD) ||
+        LinkedTriangle(acrossOQ) == LinkedTriangle(acrossQD)) {
+        return false;
+    }
+    flipped.push_back(t);
+    flipped.push_back(t2);
+    triangle = {{o, p, d}, {Unsettled(acrossPD), MakeLink(t2, kSideAC), Unsettled(acrossOP)}};
+    other = {{o, q, d}, {Unsettled(acrossQD), MakeLink(t, kSideAC), Unsettled(acrossOQ)}};
+    SetLinkBack(acrossOP, t, kSideAB);
+    SetLinkBack(acrossPD, t, kSideBC);
+    SetLinkBack(acrossOQ, t2, kSideAB);
+    SetLinkBack(acrossQD, t2, kSideBC);
+    return true;
+}
+
+// What lies across a rewritten side leads back to it, and is not settled any more.
+void DelaunayQuickFlips::SetLinkBack(Link link, std::int32_t triangle, std::size_t side) {
+    if (link >= 0) {
+        MeshTriangle& outer = triangles[static_cast<std::size_t>(LinkedTriangle(link))];
+        outer.links[LinkedSide(link)] = MakeLink(triangle, side);
+    }
+}
