@@ -73,7 +73,7 @@ int Simulate(std::size_t ticks, unsigned seed) {
         play.Tick();
         play.Rest();
         std::size_t nextSample = 0;
-        while (play.Ticks() < ticks) {
+        while (play.Ticks() < ticks && !QuitRequested()) {
             if (play.Ticks() >= nextSample) {
                 SampleAtHome(play);
                 nextSample += kTicksPerSample;
@@ -110,7 +110,7 @@ int PlayInRealTime(std::size_t seconds, unsigned seed) {
         Pilot pilot(play, seed);
         play.Tick();
         play.Rest();
-        while (SDL_GetTicks64() < std::uint64_t{seconds} * 1000) {
+        while (SDL_GetTicks64() < std::uint64_t{seconds} * 1000 && !QuitRequested()) {
             pilot.PlayLeg();
         }
         PrintPercentiles("frames", play.FrameTimes());
