@@ -26,6 +26,8 @@ public:
 private:
     void FlipAllTriangles();
     void FlipListedTriangles();
+    bool WorthFetching() const;
+    void FetchNeighbors(std::int32_t t) const;
     void VisitTriangle(std::int32_t t);
     template <std::size_t side>
     bool TryEdge(std::int32_t t);

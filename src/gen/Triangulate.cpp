@@ -43,6 +43,7 @@ void MoveUnusableBehind(Points& points) {
 // Puts the points in the order, from a given place of the list on.
 void ArrangeFrom(std::size_t firstPlace, const Points& source, DelaunayOrder& order,
                  Points& points) {
+    order.SortAll();
     for (std::size_t i = 0; i < order.Size(); ++i) {
         DelaunayPoint& point = points[firstPlace + i];
         point = source[order.Point(i)];

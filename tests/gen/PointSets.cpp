@@ -95,3 +95,16 @@ std::vector<DelaunayPoint> MakePoints(PointShape shape, std::size_t count, std::
     }
     return points;
 }
+
+std::vector<DelaunayPoint> MakeCircle(std::int32_t count) {
+    std::vector<DelaunayPoint> points;
+    for (std::int32_t i = 0; i < count; ++i) {
+        const double angle = i * 6.283185307 / count;
+        DelaunayPoint point;
+        point.id = i;
+        point.x = static_cast<float>(1000.0 * std::cos(angle));
+        point.y = static_cast<float>(1000.0 * std::sin(angle));
+        points.push_back(point);
+    }
+    return points;
+}

@@ -24,3 +24,7 @@ enum class PointShape {
 
 /// Up to `count` points with the ids 0, 1, 2, ...; distinct places.
 std::vector<DelaunayPoint> MakePoints(PointShape shape, std::size_t count, std::mt19937& rng);
+
+/// Points evenly spread over a circle, as well as floats can say. Rounding keeps the flips from
+/// ever settling.
+std::vector<DelaunayPoint> MakeCircle(std::int32_t count);

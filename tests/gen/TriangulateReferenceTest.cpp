@@ -147,13 +147,23 @@ TEST_P(EveryShape, AgreesOnSpoiledInput) {
 INSTANTIATE_TEST_SUITE_P(Shapes, EveryShape,
                          testing::Range(0, static_cast<int>(PointShape::Count)));
 
-// Large enough for the radix sort, for several pieces of the seed search and for a long hull.
+// Large enough for the radix sort, for several pieces of the seed search, for a long hull and for
+// memory to be asked for ahead.
 TEST(TriangulateReference, AgreesOnLargeInput) {
     std::mt19937 rng(7);
     for (const PointShape shape : {PointShape::Lattice, PointShape::Plane, PointShape::Lines,
                                    PointShape::Clumps, PointShape::FarColumns}) {
         const std::vector<DelaunayPoint> points = MakePoints(shape, 3000, rng);
-        EXPECT_EQ(Real(points), Plain(points)) << static_cast<int>(shape);
+        EXPECT_TRUE(Real(points) == Plain(points)) << static_cast<int>(shape);
+    }
+    const std::vector<DelaunayPoint> many = MakePoints(PointShape::Lattice, 20000, rng);
+    EXPECT_TRUE(Real(many) == Plain(many));
+}
+
+TEST(TriangulateReference, AgreesWhereFlippingIsCutShort) {
+    for (const std::int32_t count : {300, 1000}) {
+        const std::vector<DelaunayPoint> points = MakeCircle(count);
+        EXPECT_TRUE(Real(points) == Plain(points)) << count;
     }
 }
 
