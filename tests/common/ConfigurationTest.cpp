@@ -7,6 +7,7 @@
 #include <cmath>
 #include <filesystem>
 #include <limits>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -116,9 +117,10 @@ TEST(ConfigurationTest, ReadsIntegers) {
         {"-99999999999999999999", kLowest}};
     for (const auto& [text, expected] : cases) {
         SCOPED_TRACE(text);
-        const TemporaryFile file("[graphics]\nwidth = " + text + "\nheight = " + text +
-                                 "\n[world]\nstart_pos_x = " + text + "\nstart_pos_y = " + text +
-                                 "\n");
+        std::ostringstream ini;
+        ini << "[graphics]\nwidth = " << text << "\nheight = " << text
+            << "\n[world]\nstart_pos_x = " << text << "\nstart_pos_y = " << text << "\n";
+        const TemporaryFile file(ini.str());
         CMN_ConfigurationManager config;
         config.Load(file.Path());
         EXPECT_EQ(config.width, expected);
