@@ -103,8 +103,8 @@ void Paint(Vec2i minCorner, Vec2i maxCorner, std::uint8_t value, DungeonRecord& 
     }
     const std::size_t width = static_cast<std::size_t>(right - left);
     for (std::int32_t y = bottom; y < top; ++y) {
-        const std::size_t start = static_cast<std::size_t>(y * kCellTiles + left);
-        PaintRow(record.tiles.data() + start, width, value);
+        std::uint8_t* const row = record.tiles.data() + static_cast<std::size_t>(y) * kCellTiles;
+        PaintRow(row + left, width, value);
     }
 }
 

@@ -1,7 +1,6 @@
 #include "gen/PointSets.h"
 
 #include <cmath>
-#include <limits>
 #include <set>
 #include <utility>
 
@@ -52,8 +51,6 @@ Place InClump(std::mt19937& rng) {
 
 Place OneOf(PointShape shape, std::size_t count, std::mt19937& rng) {
     const auto side = 2 + static_cast<std::int32_t>(2.0 * std::sqrt(static_cast<double>(count)));
-    constexpr float largest = std::numeric_limits<float>::max();
-    constexpr float smallest = std::numeric_limits<float>::denorm_min();
     switch (shape) {
     case PointShape::Lattice:
         return {Whole(rng, 0, side), Whole(rng, 0, side)};
@@ -66,9 +63,9 @@ Place OneOf(PointShape shape, std::size_t count, std::mt19937& rng) {
     case PointShape::FarColumns:
         return {Whole(rng, 0, 31) + 1048544.0f * Whole(rng, 0, 1), Whole(rng, 0, 31)};
     case PointShape::Huge:
-        return {largest * Unit(rng), largest * Unit(rng)};
+        return {2.0e10f * Unit(rng), 2.0e10f * Unit(rng)};
     case PointShape::Tiny:
-        return {smallest * Whole(rng, 0, 99), smallest * Whole(rng, 0, 99)};
+        return {1.0e-21f * Whole(rng, 0, 99), 1.0e-21f * Whole(rng, 0, 99)};
     case PointShape::MixedScale:
         return {Unit(rng) * PowerOfTen(rng, -30, 30), Unit(rng) * PowerOfTen(rng, -30, 30)};
     case PointShape::NearlyOnALine:

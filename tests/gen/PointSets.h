@@ -15,8 +15,8 @@ enum class PointShape {
     Circle,        ///< points near one circle, in floats and on the lattice
     Clumps,        ///< tight groups far apart
     FarColumns,    ///< lattice columns about a million units apart
-    Huge,          ///< coordinates up to the largest float
-    Tiny,          ///< coordinates down to the smallest
+    Huge,          ///< nearly as large as a seed circle may be
+    Tiny,          ///< so small that squares lose most of their bits
     MixedScale,    ///< every power of ten
     NearlyOnALine, ///< slivers
     Count

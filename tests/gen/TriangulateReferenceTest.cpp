@@ -101,7 +101,7 @@ void Spoil(std::vector<DelaunayPoint>& points, std::mt19937& rng) {
         return points[static_cast<std::size_t>(
             UniformInt(rng, 0, static_cast<std::int32_t>(points.size()) - 1))];
     };
-    switch (UniformInt(rng, 0, 5)) {
+    switch (UniformInt(rng, 0, 6)) {
     case 0: { // equal points
         const DelaunayPoint& model = any();
         DelaunayPoint copy = model;
@@ -124,6 +124,10 @@ void Spoil(std::vector<DelaunayPoint>& points, std::mt19937& rng) {
     case 4: // far above the count
         any().id = UniformInt(rng, std::numeric_limits<std::int32_t>::max() - 3,
                               std::numeric_limits<std::int32_t>::max());
+        break;
+    case 5: // squares that leave the range of floats
+        any().x = std::numeric_limits<float>::max();
+        any().y = std::numeric_limits<float>::denorm_min();
         break;
     default: // equal but for the sign of zero
         any().x = 0.0f;
