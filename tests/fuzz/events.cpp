@@ -98,7 +98,9 @@ private:
         SDL_Event event{};
         event.type = reader.Take<std::uint16_t>();
         event.window.event = reader.Take<std::uint8_t>();
-        SDL_PushEvent(&event);
+        if (event.type != SDL_SYSWMEVENT) { // would have to carry a message of the window system
+            SDL_PushEvent(&event);
+        }
     }
 
     ByteReader reader;
