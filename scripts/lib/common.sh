@@ -22,7 +22,8 @@ fail() {
 # Whether a line of scripts/lib/packages is met: package, probe.
 is_there() {
     if command -v dpkg-query >/dev/null; then
-        [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
+        # A line for each architecture that has it.
+        dpkg-query -W -f='${db:Status-Status}\n' "$1" 2>/dev/null | grep -qx installed
         return
     fi
     case $2 in
