@@ -23,7 +23,7 @@ fail() {
 is_there() {
     if command -v dpkg-query >/dev/null; then
         # A line for each architecture that has it.
-        dpkg-query -W -f='${db:Status-Status}\n' "$1" 2>/dev/null | grep -qx installed
+        dpkg-query -W -f='${db:Status-Status}\n' "$1" 2>/dev/null | grep -x installed >/dev/null
         return
     fi
     case $2 in
