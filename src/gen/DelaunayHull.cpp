@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr std::size_t kBlock = 8; // edges looked at together
+constexpr std::size_t kBlock = 16; // edges looked at together
 constexpr std::size_t kSpareLength = 64;
 
 // Moves the elements from `begin` to before `end`, so that they start at `to`.
@@ -194,6 +194,9 @@ void DelaunayHull::Resize(std::size_t newSize) {
 
 // Makes one free place of the places from `begin` to before `end`, of which there may be none.
 void DelaunayHull::Splice(std::size_t begin, std::size_t end) {
+    if (end - begin == 1) {
+        return;
+    }
     const std::size_t oldSize = size;
     const std::size_t newSize = size + 1 - (end - begin);
     if (newSize > oldSize) {

@@ -32,7 +32,7 @@ constexpr Link Unsettled(Link link) {
 
 DelaunayQuickFlips::DelaunayQuickFlips(DelaunayMesh& mesh)
     : triangles(mesh.triangles), vertices(mesh.vertices) {
-    flipped.reserve(triangles.size() + kSpareEntries);
+    flipped.reserve(2 * triangles.size() + kSpareEntries); // memory that is not used costs nothing
 }
 
 void DelaunayQuickFlips::Run(int repetitions) {
@@ -57,6 +57,7 @@ void DelaunayQuickFlips::FlipAllTriangles() {
 void DelaunayQuickFlips::FlipListedTriangles() {
     pending.swap(flipped);
     flipped.clear();
+    flipped.reserve(pending.size());
     const std::size_t fetchEnd = WorthFetching() ? pending.size() : 0;
     for (std::size_t i = 0; i < pending.size(); ++i) {
         if (i + kTrianglesAhead < fetchEnd) {
