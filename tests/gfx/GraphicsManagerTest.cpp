@@ -114,6 +114,7 @@ TEST(GraphicsManagerTest, SpritesAreCutOnManyThreadsWhileTheMainThreadDraws) {
     constexpr int spriteCount = 400;
     std::array<std::vector<const Sprite*>, threadCount> made;
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int t = 0; t < threadCount; ++t) {
         threads.emplace_back([&made, t] {
             for (int i = 0; i < spriteCount; ++i) {
