@@ -12,12 +12,11 @@ constexpr std::int32_t kBeforeLine = 2;
 constexpr std::int32_t kAfterLine = 1;
 
 void AppendHallway(Vec2i minCorner, Vec2i maxCorner, DungeonRecord& record) {
-    DungeonRoom hallway;
+    DungeonRoom& hallway = record.hallways.emplace_back();
     hallway.w = maxCorner.x - minCorner.x;
     hallway.h = maxCorner.y - minCorner.y;
     hallway.minCorner = minCorner;
     hallway.maxCorner = maxCorner;
-    record.hallways.push_back(hallway);
 }
 
 bool InColumns(float x, const DungeonRoom& room) {

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <numeric>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -21,18 +21,21 @@ const DungeonRoom& RoomOf(const DungeonRecord& record, std::int32_t id) {
     return record.rooms[static_cast<std::size_t>(id)];
 }
 
+// Where a room may come to stand, as in `DungeonRoom`.
+struct Rectangle {
+    std::int32_t x, y, w, h;
+};
+
 // Always four draws, in this order.
-DungeonRoom DrawRoom(const UniformRange& side, Twister& rng) {
-    DungeonRoom room;
-    room.x = UniformInt(rng, 0, kLastTile);
-    room.y = UniformInt(rng, 0, kLastTile);
-    room.w = side(rng);
-    room.h = side(rng);
-    return room;
+Rectangle DrawRectangle(const UniformRange& side, Twister& rng) {
+    const std::int32_t x = UniformInt(rng, 0, kLastTile);
+    const std::int32_t y = UniformInt(rng, 0, kLastTile);
+    const std::int32_t w = side(rng);
+    return {x, y, w, side(rng)};
 }
 
-// Shrinks a room that leaves the cell; false when it gets too small.
-bool FitIntoCell(RoomSizes sizes, DungeonRoom& room) {
+// Shrinks what leaves the cell; false when it gets too small.
+bool FitIntoCell(RoomSizes sizes, Rectangle& room) {
     if (room.x + room.w > kLastTile) {
         room.w = kLastTile - room.x;
         if (room.w < sizes.smallest) {
@@ -48,11 +51,6 @@ bool FitIntoCell(RoomSizes sizes, DungeonRoom& room) {
     return true;
 }
 
-// For answers that are combined without a branch between them.
-std::int32_t AsBit(bool answer) {
-    return static_cast<std::int32_t>(answer);
-}
-
 // The rooms placed so far, one array for each edge, so that a new one is held against several at
 // once.
 class PlacedRooms {
@@ -60,16 +58,16 @@ public:
     std::size_t Count() const { return count; }
 
     /// Does the room overlap a placed one? Rooms whose edges coincide touch as well.
-    bool Touch(const DungeonRoom& room) const {
+    bool Touch(const Rectangle& room) const {
         std::int32_t touching = 0;
         for (std::size_t i = 0; i < count; ++i) {
-            touching |= AsBit(room.x + room.w >= left[i]) & AsBit(room.x <= right[i]) &
-                        AsBit(room.y >= bottom[i]) & AsBit(room.y - room.h <= top[i]);
+            touching |= (room.x + room.w >= left[i]) & (room.x <= right[i]) &
+                        (room.y >= bottom[i]) & (room.y - room.h <= top[i]);
         }
         return touching != 0;
     }
 
-    void Add(const DungeonRoom& room) {
+    void Add(const Rectangle& room) {
         left[count] = room.x;
         right[count] = room.x + room.w;
         bottom[count] = room.y - room.h;
@@ -84,21 +82,16 @@ private:
     std::size_t count = 0;
 };
 
-void SetCorners(DungeonRoom& room) {
-    room.center = {room.x + room.w / 2, room.y - room.h / 2};
-    room.minCorner = {room.x, room.y - room.h};
-    room.maxCorner = {room.x + room.w, room.y};
-}
-
-void StoreRoom(const DungeonRoom& room, std::size_t id, std::vector<DungeonRoom>& rooms) {
-    if (id == rooms.size()) {
-        rooms.push_back(room);
-        return;
-    }
-    std::vector<Vec2i> spawnPoints = std::move(rooms[id].spawnPoints);
-    spawnPoints.clear();
-    rooms[id] = room;
-    rooms[id].spawnPoints = std::move(spawnPoints);
+void StoreRoom(const Rectangle& rectangle, DungeonRoom& room) {
+    const auto& [x, y, w, h] = rectangle;
+    room.x = x;
+    room.y = y;
+    room.w = w;
+    room.h = h;
+    room.center = {x + w / 2, y - h / 2};
+    room.minCorner = {x, y - h};
+    room.maxCorner = {x + w, y};
+    room.spawnPoints.clear();
 }
 
 DelaunayPoint CentrePoint(const DungeonRoom& room, std::int32_t id) {
@@ -162,76 +155,72 @@ private:
     std::vector<std::vector<std::int32_t>*> lists; // by room; null for rooms in no triangle
 };
 
-// Grows a spanning tree: knows, for every room outside, the best edge that joins it to the tree.
+// Grows a spanning tree: knows, for every main room outside, the best edge that joins it to the
+// tree. Rooms are few and edges join most of their near neighbours, so a table of all pairs serves
+// best: a step is a walk along a row, without a branch.
 class TreeGrower {
 public:
-    TreeGrower(const std::vector<std::int32_t>& rooms, std::size_t roomCount,
-               const std::vector<DungeonEdge>& theEdges)
-        : edges(theEdges), outside(rooms), firstEnds(roomCount + 1, 0), ends(2 * edges.size()),
-          best(roomCount, kNoEdge) {
-        ListEnds();
-    }
-
-    /// Takes a room in, given by its place among those outside.
-    void Join(std::size_t place) {
-        const auto room = static_cast<std::size_t>(outside[place]);
-        outside[place] = outside.back();
-        outside.pop_back();
-        for (std::uint32_t i = firstEnds[room]; i < firstEnds[room + 1]; ++i) {
-            std::uint64_t& rank = best[static_cast<std::size_t>(ends[i].room)];
-            rank = std::min(rank, ends[i].rank); // of no use for a room inside, and no harm
+    explicit TreeGrower(const DungeonRecord& theRecord)
+        : record(theRecord), count(record.mainRooms.size()), places(record.rooms.size(), 0),
+          ranks(count * count, kNoEdge), best(count, kNoEdge), outside(count, 0) {
+        for (std::size_t place = 0; place < count; ++place) {
+            places[static_cast<std::size_t>(record.mainRooms[place])] = place;
         }
+        for (std::size_t i = 0; i < record.edges.size(); ++i) {
+            const std::size_t a = PlaceOf(record.edges[i].a);
+            const std::size_t b = PlaceOf(record.edges[i].b);
+            const Rank rank = std::min(RankOf(i), ranks[a * count + b]);
+            ranks[a * count + b] = rank;
+            ranks[b * count + a] = rank;
+        }
+        Join(0);
     }
 
     /// Takes in the room that the shortest edge leads to, and returns the edge; null when no edge
     /// leaves the tree.
     const DungeonEdge* JoinNearest() {
-        std::uint64_t least = kNoEdge;
-        std::size_t nearest = 0;
-        for (std::size_t i = 0; i < outside.size(); ++i) {
-            const std::uint64_t rank = best[static_cast<std::size_t>(outside[i])];
-            nearest = rank < least ? i : nearest;
-            least = std::min(rank, least);
-        }
         if (least == kNoEdge) {
             return nullptr;
         }
-        Join(nearest);
-        return &edges[static_cast<std::size_t>(least & 0xffffffffu)];
+        const DungeonEdge& edge = record.edges[static_cast<std::size_t>(least) % kMostEdges];
+        const std::size_t a = PlaceOf(edge.a);
+        Join(outside[a] == 0 ? a : PlaceOf(edge.b));
+        return &edge;
     }
 
 private:
-    static constexpr std::uint64_t kNoEdge = ~std::uint64_t{0};
+    using Rank = std::int32_t;
+    static constexpr Rank kNoEdge = std::numeric_limits<Rank>::max();
+    static constexpr std::size_t kMostEdges = 1024;
+    static_assert(kMostEdges > 6 * kPlacementAttempts,
+                  "three edges a triangle, two triangles a room");
+    static_assert(2 * kCellTiles * kCellTiles < kNoEdge / static_cast<Rank>(kMostEdges));
 
-    struct End {
-        std::int32_t room; // at the other end
-        std::uint64_t rank;
-    };
-
-    // Length above index, so that the least is the shortest, and the first of equally long ones.
-    static std::uint64_t Rank(const DungeonEdge& edge, std::size_t index) {
-        return static_cast<std::uint64_t>(edge.lengthSquared) << 32 | index;
+    // Length before index, so that the least is the shortest, and the first of equally long ones.
+    Rank RankOf(std::size_t edge) const {
+        return record.edges[edge].lengthSquared * static_cast<Rank>(kMostEdges) +
+               static_cast<Rank>(edge);
     }
 
-    // Both ends of every edge, room by room.
-    void ListEnds() {
-        for (const DungeonEdge& edge : edges) {
-            ++firstEnds[static_cast<std::size_t>(edge.a)];
-            ++firstEnds[static_cast<std::size_t>(edge.b)];
-        }
-        std::partial_sum(firstEnds.begin(), firstEnds.end(), firstEnds.begin());
-        for (std::size_t i = 0; i < edges.size(); ++i) {
-            const std::uint64_t rank = Rank(edges[i], i);
-            ends[--firstEnds[static_cast<std::size_t>(edges[i].a)]] = {edges[i].b, rank};
-            ends[--firstEnds[static_cast<std::size_t>(edges[i].b)]] = {edges[i].a, rank};
+    std::size_t PlaceOf(std::int32_t room) const { return places[static_cast<std::size_t>(room)]; }
+
+    void Join(std::size_t place) {
+        outside[place] = kNoEdge;
+        const Rank* const row = ranks.data() + place * count;
+        least = kNoEdge;
+        for (std::size_t i = 0; i < count; ++i) {
+            best[i] = std::max(std::min(best[i], row[i]), outside[i]);
+            least = std::min(least, best[i]);
         }
     }
 
-    const std::vector<DungeonEdge>& edges;
-    std::vector<std::int32_t> outside;
-    std::vector<std::uint32_t> firstEnds; // by room, into `ends`
-    std::vector<End> ends;
-    std::vector<std::uint64_t> best; // by room: rank of the best edge into the tree
+    const DungeonRecord& record;
+    std::size_t count;
+    std::vector<std::size_t> places; // by room: its place among the main rooms
+    std::vector<Rank> ranks;         // by place and place: the best edge between the two
+    std::vector<Rank> best;          // by place: the best edge into the tree; no edge once inside
+    std::vector<Rank> outside;       // by place: 0, or kNoEdge once inside
+    Rank least = kNoEdge;            // of all best
 };
 
 bool SameEnds(const DungeonEdge& a, const DungeonEdge& b) {
@@ -248,18 +237,21 @@ std::vector<DelaunayPoint> PlaceRooms(RoomSizes sizes, Twister& rng, DungeonReco
     const UniformRange side(sizes.smallest, sizes.largest);
     PlacedRooms placed;
     for (std::size_t attempt = 0; attempt < kPlacementAttempts; ++attempt) {
-        DungeonRoom room = DrawRoom(side, rng);
-        if (!FitIntoCell(sizes, room) || placed.Touch(room)) {
+        Rectangle rectangle = DrawRectangle(side, rng);
+        if (!FitIntoCell(sizes, rectangle) || placed.Touch(rectangle)) {
             continue;
         }
-        SetCorners(room);
-        StoreRoom(room, placed.Count(), record.rooms);
+        if (placed.Count() == record.rooms.size()) {
+            record.rooms.emplace_back();
+        }
+        DungeonRoom& room = record.rooms[placed.Count()];
+        StoreRoom(rectangle, room);
         if (room.w >= mainSize && room.h >= mainSize) {
             const std::int32_t id = static_cast<std::int32_t>(placed.Count());
             record.mainRooms.push_back(id);
             centres.push_back(CentrePoint(room, id));
         }
-        placed.Add(room);
+        placed.Add(rectangle);
     }
     record.rooms.resize(placed.Count());
     return centres;
@@ -286,8 +278,7 @@ void BuildSpanningTree(DungeonRecord& record) {
     if (vertices < 2) {
         return;
     }
-    TreeGrower tree(record.mainRooms, record.rooms.size(), record.edges);
-    tree.Join(0);
+    TreeGrower tree(record);
     for (std::size_t found = 1; found < vertices; ++found) {
         const DungeonEdge* const edge = tree.JoinNearest();
         if (edge == nullptr) {
