@@ -59,12 +59,16 @@ public:
 
     /// Does the room overlap a placed one? Rooms whose edges coincide touch as well.
     bool Touch(const Rectangle& room) const {
-        std::int32_t touching = 0;
+        const std::int32_t roomRight = room.x + room.w;
+        const std::int32_t roomBottom = room.y - room.h;
+        std::int32_t allApart = -1; // negative while every room is
         for (std::size_t i = 0; i < count; ++i) {
-            touching |= (room.x + room.w >= left[i]) & (room.x <= right[i]) &
-                        (room.y >= bottom[i]) & (room.y - room.h <= top[i]);
+            // Negative when one of the four distances is: when the rooms are apart on that side.
+            const std::int32_t distances = (roomRight - left[i]) | (right[i] - room.x) |
+                                           (room.y - bottom[i]) | (top[i] - roomBottom);
+            allApart &= distances;
         }
-        return touching != 0;
+        return allApart >= 0;
     }
 
     void Add(const Rectangle& room) {
