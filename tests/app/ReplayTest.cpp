@@ -19,6 +19,7 @@
 #include <cmath>
 #include <iostream>
 #include <string>
+#include <tuple>
 #include <utility>
 
 namespace {
@@ -140,21 +141,22 @@ class ReplayTest : public testing::Test {
     const QuietStderr quiet;
 };
 
-class ReplayWithWorkersTest : public testing::TestWithParam<std::uint32_t> {
+class ReplayWithWorkersTest : public testing::TestWithParam<std::tuple<std::uint32_t, unsigned>> {
     const QuietStderr quiet;
 };
 
 } // namespace
 
 TEST_P(ReplayWithWorkersTest, IsTheSameHoweverLateTheLoadsCome) {
-    const Recording voyage = RecordVoyage(11, 24);
+    const auto [workers, voyageSeed] = GetParam();
+    const Recording voyage = RecordVoyage(voyageSeed, 24);
     Experience seen;
     const Trace expected = Replay(voyage, {.afterTick = [&](std::size_t) { seen.Look(); }});
     ASSERT_EQ(expected.size(), voyage.ticks);
     Experience delayed;
     for (const unsigned delaySeed : {0U, 1U, 2U}) {
         SCOPED_TRACE("delays " + std::to_string(delaySeed));
-        ExpectEqual(Replay(voyage, {GetParam(), delaySeed, [&](std::size_t) { delayed.Look(); }}),
+        ExpectEqual(Replay(voyage, {workers, delaySeed, [&](std::size_t) { delayed.Look(); }}),
                     expected);
     }
     std::cout << "compared 3 replays of " << voyage.ticks << " ticks with " << voyage.rests.size()
@@ -171,7 +173,8 @@ TEST_P(ReplayWithWorkersTest, IsTheSameHoweverLateTheLoadsCome) {
     EXPECT_GT(delayed.overtakenRequests, 0) << "the delays have delayed nothing";
 }
 
-INSTANTIATE_TEST_SUITE_P(Workers, ReplayWithWorkersTest, testing::Values(1, 2, 8));
+INSTANTIATE_TEST_SUITE_P(WorkersAndVoyages, ReplayWithWorkersTest,
+                         testing::Combine(testing::Values(1, 2, 8), testing::Values(3, 21)));
 
 TEST_F(ReplayTest, AFaultInTheFirstAMiddleAndTheLastTickIsSeenInThatTick) {
     const std::size_t last = ShortVoyage().ticks - 1;

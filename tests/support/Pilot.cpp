@@ -1,10 +1,13 @@
 #include "support/Pilot.h"
 
+#include "entities/AnchoredBoatEntity.h"
 #include "entities/PlayerEntity.h"
+#include "world/ASM_AssetManager.h"
 #include "world/WorldManager.h"
 
 #include <array>
 #include <cstdlib>
+#include <optional>
 #include <vector>
 
 namespace {
@@ -12,11 +15,9 @@ namespace {
 constexpr std::uint32_t kMenuRows = 9;
 constexpr std::uint32_t kGoToMapLocation = 6; // row of the menu
 constexpr std::uint32_t kPanTicksPerCell = 5; // zoomed out
-constexpr std::uint32_t kSailTicks = 2;       // per tile
 constexpr std::uint32_t kWalkTicks = 13;      // per tile
 
 constexpr std::array<SDL_Keycode, 4> kMoveKeys{SDLK_w, SDLK_s, SDLK_a, SDLK_d};
-constexpr std::array<SDL_Keycode, 4> kOppositeKeys{SDLK_s, SDLK_w, SDLK_d, SDLK_a};
 constexpr std::array<Vec2i, 4> kMoves{Vec2i{0, 1}, Vec2i{0, -1}, Vec2i{-1, 0}, Vec2i{1, 0}};
 
 Vec2i PlayerPosition() {
@@ -27,9 +28,18 @@ Vec2i PlayerCell() {
     return PlayerPosition() / kCellSize;
 }
 
+bool IsOnFoot() {
+    return WorldManager::GetInstance()->player->mode == PlayerEntity::kOnFoot;
+}
+
+bool IsHorizontal(std::size_t way) {
+    return kMoves[way].x != 0;
+}
+
 // Tiles to the nearest land straight ahead, 0 when there is none within reach.
 std::uint32_t TilesToLand(Vec2i move) {
-    constexpr std::int32_t reach = 180; // stays within the cells around the player's
+    // Stays within the cells around the player's.
+    const std::int32_t reach = IsOnFoot() ? 30 : 180;
     for (std::int32_t tiles = 1; tiles <= reach; ++tiles) {
         const Vec2i place = PlayerPosition() + move * (tiles * kTileSize);
         if (WorldManager::GetInstance()->GetTileAt(place) != kTileEmpty) {
@@ -39,10 +49,44 @@ std::uint32_t TilesToLand(Vec2i move) {
     return 0;
 }
 
+bool IsLand(Vec2i cell) {
+    const ClusterRecord* cluster =
+        ASM_AssetManager::GetInstance()->FindCluster(ClusterKeyOfCell(cell).id);
+    if (cluster == nullptr) {
+        return false;
+    }
+    const auto flag = cluster->cells.find(CellKey(cell).id);
+    return flag != cluster->cells.end() && flag->second == 1;
+}
+
+bool HasLandAround(Vec2i cell) {
+    for (std::int32_t x = cell.x - 1; x <= cell.x + 2; ++x) {
+        for (std::int32_t y = cell.y - 1; y <= cell.y + 1; ++y) {
+            if (IsLand({x, y})) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+// A cell of sea at the east end of the player's cluster with sea beyond the border and land near.
+std::optional<Vec2i> SeaWestOfClusterBorder() {
+    const Vec2i cluster = PlayerCell() / kClusterCells;
+    const std::int32_t x = cluster.x * kClusterCells + kClusterCells - 1;
+    for (std::int32_t row = 1; row < kClusterCells; ++row) {
+        const Vec2i cell{x, cluster.y * kClusterCells + row};
+        if (!IsLand(cell) && !IsLand(cell + Vec2i{1, 0}) && HasLandAround(cell)) {
+            return cell;
+        }
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 void Pilot::PlayLeg() {
-    switch (Draw(8)) {
+    switch (Draw(9)) {
     case 0:
         Sail();
         break;
@@ -62,6 +106,9 @@ void Pilot::PlayLeg() {
     case 6:
         UseMenu();
         break;
+    case 7:
+        Shuttle(3 + static_cast<int>(Draw(4)));
+        break;
     default:
         PlayWithJoystick();
         break;
@@ -70,40 +117,73 @@ void Pilot::PlayLeg() {
 
 void Pilot::Sail() {
     for (int turn = 0; turn < 3; ++turn) {
-        const SDL_Keycode key = kMoveKeys[Draw(kMoveKeys.size())];
+        const std::size_t way = Draw(kMoveKeys.size());
         const SDL_Keycode zoom = Draw(2) == 0 ? SDLK_e : SDLK_q;
-        Key(SDL_KEYDOWN, key);
-        Wait(20 + Draw(200));
+        const std::uint32_t ticks = 20 + Draw(200);
+        HoldUntil(kMoveKeys[way], ticks, IsOnFoot);
         Hold(zoom, Draw(6));
-        Wait(20 + Draw(200));
-        Key(SDL_KEYUP, key);
+        HoldUntil(kMoveKeys[way], 20 + Draw(200), IsOnFoot);
         StopAndRest();
+        ReturnToBoat(IsHorizontal(way));
     }
 }
 
+// Straight onto the nearest land, some steps inland and aside, and back to the ship.
 void Pilot::GoAshore() {
     for (std::size_t way = 0; way < kMoves.size(); ++way) {
         const std::uint32_t tiles = TilesToLand(kMoves[way]);
         if (tiles == 0) {
             continue;
         }
-        const std::uint32_t inland = 1 + Draw(8);
-        Hold(kMoveKeys[way], (tiles - 1) * kSailTicks + inland * kWalkTicks);
+        HoldUntil(kMoveKeys[way], tiles * kWalkTicks, IsOnFoot);
+        Hold(kMoveKeys[way], kWalkTicks * (1 + Draw(8)));
         StopAndRest();
-        Hold(kMoveKeys[Draw(kMoveKeys.size())], kWalkTicks * Draw(10));
+        const std::size_t aside = (way + 2 + Draw(2)) % kMoves.size();
+        Hold(kMoveKeys[aside], kWalkTicks * Draw(6));
         StopAndRest();
-        Hold(kOppositeKeys[way], (inland + 2) * kWalkTicks);
-        StopAndRest();
+        ReturnToBoat(!IsHorizontal(way));
         return;
     }
     Sail();
 }
 
+// Not always possible: water may be in the way.
+void Pilot::ReturnToBoat(bool alongXFirst) {
+    bool alongX = alongXFirst;
+    for (int attempt = 0; attempt < 3 && IsOnFoot(); ++attempt) {
+        const Vec2i way = WorldManager::GetInstance()->anchoredBoat->position - PlayerPosition();
+        const std::int32_t distance = std::abs(alongX ? way.x : way.y) / kTileSize;
+        if (distance > 0 && distance < 60) {
+            const SDL_Keycode horizontal = way.x > 0 ? SDLK_d : SDLK_a;
+            const SDL_Keycode vertical = way.y > 0 ? SDLK_w : SDLK_s;
+            HoldUntil(alongX ? horizontal : vertical,
+                      static_cast<std::uint32_t>(distance) * kWalkTicks,
+                      [] { return !IsOnFoot(); });
+            StopAndRest();
+        }
+        alongX = !alongX;
+    }
+}
+
 void Pilot::JumpToLand() {
+    JumpTo(NearbyLand());
+}
+
+// Leaves the menu open at the button that jumps, and the map open around the player.
+void Pilot::PrepareJump() {
     OpenMenuAt(kGoToMapLocation);
-    StopAndRest(); // the menu's keys have moved the ship as well
+    StopAndRest();
+    if (IsOnFoot()) { // the menu's keys may have moved the ship ashore
+        CloseMenu();
+        ReturnToBoat(false);
+        OpenMenuAt(kGoToMapLocation);
+    }
     Tap(SDLK_BACKSPACE);
-    PanByCells(NearbyLand() - PlayerCell());
+}
+
+void Pilot::JumpTo(Vec2i cell) {
+    PrepareJump();
+    PanByCells(cell - PlayerCell());
     Tap(SDLK_RETURN);
     Tap(SDLK_BACKSPACE);
     CloseMenu();
@@ -113,15 +193,32 @@ void Pilot::JumpToLand() {
 // The jumps go one way and far enough that none ends in a cell that another has asked for: such a
 // cell would read as water or land, depending on how far its load has come.
 void Pilot::Storm(int jumps) {
-    OpenMenuAt(kGoToMapLocation);
-    StopAndRest();
+    PrepareJump();
     const Vec2i cell = PlayerCell();
     const bool horizontal = Draw(2) == 0;
     const std::int32_t sign = (horizontal ? cell.x : cell.y) > 32 ? -1 : 1;
-    Tap(SDLK_BACKSPACE);
     for (int jump = 0; jump < jumps; ++jump) {
         const auto distance = static_cast<std::int32_t>(4 + Draw(4)) * sign;
         PanByCells(horizontal ? Vec2i{distance, 0} : Vec2i{0, distance});
+        Tap(SDLK_RETURN);
+    }
+    Tap(SDLK_BACKSPACE);
+    CloseMenu();
+    StopAndRest();
+}
+
+// To and fro across the border of two clusters, before anything has been loaded there. Sea on both
+// sides reads as water whether it has been loaded or not.
+void Pilot::Shuttle(int jumps) {
+    const std::optional<Vec2i> west = SeaWestOfClusterBorder();
+    if (!west) {
+        return;
+    }
+    PrepareJump();
+    PanByCells(*west - PlayerCell());
+    Tap(SDLK_RETURN);
+    for (int jump = 0; jump < jumps; ++jump) {
+        PanByCells({jump % 2 == 0 ? 1 : -1, 0});
         Tap(SDLK_RETURN);
     }
     Tap(SDLK_BACKSPACE);
@@ -162,6 +259,7 @@ void Pilot::PlayWithJoystick() {
     Wait(Draw(5));
     Axis(4, -32768);
     StopAndRest();
+    ReturnToBoat(false);
 }
 
 void Pilot::Key(std::uint32_t type, SDL_Keycode key) {
@@ -180,6 +278,15 @@ void Pilot::Wait(std::uint32_t ticks) {
 void Pilot::Hold(SDL_Keycode key, std::uint32_t ticks) {
     Key(SDL_KEYDOWN, key);
     Wait(ticks);
+    Key(SDL_KEYUP, key);
+    Wait(1);
+}
+
+void Pilot::HoldUntil(SDL_Keycode key, std::uint32_t ticks, bool (*reached)()) {
+    Key(SDL_KEYDOWN, key);
+    for (std::uint32_t i = 0; i < ticks && !reached(); ++i) {
+        Wait(1);
+    }
     Key(SDL_KEYUP, key);
     Wait(1);
 }

@@ -40,6 +40,7 @@ public:
     void GoAshore();
     void JumpToLand();
     void Storm(int jumps);
+    void Shuttle(int jumps);
     void LookAtMap();
     void UseMenu();
     void PlayWithJoystick();
@@ -50,11 +51,15 @@ private:
     void Wait(std::uint32_t ticks);
     void Hold(SDL_Keycode key, std::uint32_t ticks);
     void Tap(SDL_Keycode key) { Hold(key, 3); }
+    void HoldUntil(SDL_Keycode key, std::uint32_t ticks, bool (*reached)());
     void Axis(std::uint8_t axis, std::int16_t value);
     void StopAndRest();
+    void ReturnToBoat(bool alongXFirst);
     void OpenMenuAt(std::uint32_t row);
     void CloseMenu();
     void PanByCells(Vec2i cells);
+    void PrepareJump();
+    void JumpTo(Vec2i cell);
     Vec2i NearbyLand();
 
     Controls& controls;

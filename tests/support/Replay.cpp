@@ -1,6 +1,7 @@
 #include "support/Replay.h"
 
 #include "support/GameHarness.h"
+#include "support/GenerationHold.h"
 #include "support/Pilot.h"
 #include "support/WorkerHold.h"
 
@@ -54,7 +55,8 @@ private:
     Recording& recording;
 };
 
-// Holds workers back and lets them go at moments of chance.
+// Holds workers back, before their loads and in the middle of them, and lets them go, at moments of
+// chance.
 class Delays {
 public:
     Delays(std::uint32_t count, unsigned seed) : workers(count), random(seed), enabled(seed != 0) {}
@@ -63,21 +65,36 @@ public:
         if (!enabled) {
             return;
         }
-        const auto chance = static_cast<std::uint32_t>(random()) % 24;
-        if (chance == 0) {
+        switch (static_cast<std::uint32_t>(random()) % 48) {
+        case 0:
             hold.Occupy(1 + static_cast<std::uint32_t>(random()) % workers);
-        } else if (chance == 1) {
+            break;
+        case 1:
             hold.Release();
+            break;
+        case 2:
+        case 3:
+            generation.Close();
+            break;
+        case 4:
+            generation.Open();
+            break;
+        default:
+            break;
         }
     }
 
-    void End() { hold.Release(); }
+    void End() {
+        hold.Release();
+        generation.Open();
+    }
 
 private:
     std::uint32_t workers;
     std::mt19937 random;
     bool enabled;
     WorkerHold hold;
+    GenerationHold generation;
 };
 
 } // namespace
