@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr std::size_t kFirstPiece = 32;
+constexpr std::size_t kFirstPiece = 12;
 constexpr std::size_t kRadixWorthwhile = 512;
 
 std::uint64_t DistanceBits(std::uint64_t entry) {

@@ -211,11 +211,13 @@ private:
     void Join(std::size_t place) {
         outside[place] = kNoEdge;
         const Rank* const row = ranks.data() + place * count;
-        least = kNoEdge;
+        Rank leastSoFar = kNoEdge; // a local, which the compiler knows that nothing else changes
         for (std::size_t i = 0; i < count; ++i) {
-            best[i] = std::max(std::min(best[i], row[i]), outside[i]);
-            least = std::min(least, best[i]);
+            const Rank rank = std::max(std::min(best[i], row[i]), outside[i]);
+            best[i] = rank;
+            leastSoFar = std::min(leastSoFar, rank);
         }
+        least = leastSoFar;
     }
 
     const DungeonRecord& record;
@@ -227,9 +229,23 @@ private:
     Rank least = kNoEdge;            // of all best
 };
 
-bool SameEnds(const DungeonEdge& a, const DungeonEdge& b) {
-    return a.a == b.a && a.b == b.b;
-}
+// Which directed edges there are between rooms.
+class EdgeTable {
+public:
+    explicit EdgeTable(std::size_t theRoomCount)
+        : roomCount(theRoomCount), taken(roomCount * roomCount, 0) {}
+
+    /// False when the edge is there already.
+    bool Add(const DungeonEdge& edge) {
+        const std::size_t at =
+            static_cast<std::size_t>(edge.a) * roomCount + static_cast<std::size_t>(edge.b);
+        return std::exchange(taken[at], char{1}) == 0;
+    }
+
+private:
+    std::size_t roomCount;
+    std::vector<char> taken;
+};
 
 } // namespace
 
@@ -295,13 +311,16 @@ void BuildSpanningTree(DungeonRecord& record) {
 void AddExtraEdges(DungeonRecord& record) {
     const float share = static_cast<float>(record.hallwayEdges.size()) * 0.3f;
     const std::size_t extra = static_cast<std::size_t>(std::ceil(share));
+    EdgeTable table(record.rooms.size());
+    for (const DungeonEdge& edge : record.hallwayEdges) {
+        table.Add(edge);
+    }
     std::size_t added = 0;
     for (const DungeonEdge& edge : record.edges) {
         if (added == extra) {
             return;
         }
-        const auto same = [&edge](const DungeonEdge& other) { return SameEnds(edge, other); };
-        if (std::none_of(record.hallwayEdges.begin(), record.hallwayEdges.end(), same)) {
+        if (table.Add(edge)) {
             record.hallwayEdges.push_back(edge);
             ++added;
         }
