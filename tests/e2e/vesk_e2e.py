@@ -46,7 +46,7 @@ LAND = ("terrain_transition.png", (48, 64, 16, 16))
 ENEMY = ("enemies.png", (0, 0, 16, 16))
 MARKER = ("compass.png", (0, 0, 128, 128))
 
-# How a process that root starts gives up root's rights.
+# Who may not write, as subprocess takes it: nobody, if root runs this.
 NOBODY = {"user": 65534, "group": 65534, "extra_groups": []} if os.geteuid() == 0 else {}
 
 
@@ -119,21 +119,21 @@ class Game:
     """The program in a folder of its own, with its images and a configuration beside it.
 
     `environment` is added to the program's; a value of None removes a variable. With `window`
-    False no window is expected (for starts that fail). `installed` is the path of a program to
-    start where it is, with the shipped configuration that it has there; if this runs as root it
-    starts as nobody, who may not write.
+    False no window is expected (for starts that fail). `in_place` is the path of a program to start
+    where it is, with the shipped configuration that it has there; `user` is who starts it, as
+    subprocess takes it.
     """
 
     def __init__(self, start=(0, 0), zoom=1.0, width=1280, height=720, environment=None,
-                 window=True, installed=None):
+                 window=True, in_place=None, user=None):
         self.zoom, self.width, self.height = zoom, width, height
         self.display = self.process = None
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="vesk-e2e-"))
         try:
-            if installed is None:
+            if in_place is None:
                 self._lay_out(start)
             self.display = Display()
-            self._start(installed, environment or {})
+            self._start(in_place or self.folder / "vesk", user or {}, environment or {})
             self.window = self._find_window() if window else None
         except BaseException:
             self.close()
@@ -168,16 +168,15 @@ class Game:
             f"[world]\nstart_pos_x = {start[0]}\nstart_pos_y = {start[1]}\n"
             f"start_zoom = {self.zoom}\n")
 
-    def _start(self, installed, changes):
+    def _start(self, program, user, changes):
         variables = {name: value for name, value in os.environ.items()
                      if not name.startswith("SDL_")}
         variables.update(DISPLAY=self.display.name, SDL_VIDEODRIVER="x11")
         variables.update(changes)
         variables = {name: value for name, value in variables.items() if value is not None}
         with open(self.folder / "stdout", "wb") as out, open(self.folder / "stderr", "wb") as err:
-            self.process = subprocess.Popen([installed or self.folder / "vesk"], cwd="/",
-                                            env=variables, stdin=subprocess.PIPE, stdout=out,
-                                            stderr=err, **(NOBODY if installed else {}))
+            self.process = subprocess.Popen([program], cwd="/", env=variables, stdout=out,
+                                            stdin=subprocess.PIPE, stderr=err, **user)
 
     def _find_window(self):
         def search():
