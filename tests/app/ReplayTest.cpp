@@ -2,7 +2,9 @@
 // come; and a difference, if there ever was one, would be seen and named.
 #include "support/Replay.h"
 
+#include "entities/AnchoredBoatEntity.h"
 #include "entities/CameraEntity.h"
+#include "entities/HudEntity.h"
 #include "entities/MapEntity.h"
 #include "entities/PlayerEntity.h"
 #include "entities/TerrainCellEntity.h"
@@ -17,7 +19,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iostream>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -34,36 +35,24 @@ struct Experience {
     int boardings = 0;
     int ticksOnMap = 0;
     int ticksInMenu = 0;
-    int ticksWithPendingLoads = 0;
     int overtakenRequests = 0;
     std::size_t mostSpawned = 0;
+    bool wasOnFoot = false;
 
     void Look() {
         const bool onFoot = World().player->mode == PlayerEntity::kOnFoot;
+        ticksOnFoot += onFoot ? 1 : 0;
         boardings += wasOnFoot && !onFoot ? 1 : 0;
         wasOnFoot = onFoot;
-        ticksOnFoot += onFoot ? 1 : 0;
         ticksOnMap += World().mapMode;
         ticksInMenu += World().debugMenu->active ? 1 : 0;
-        bool pending = false;
         for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
             const CellSlot slot = World().cellGrid.GetSlot(i);
-            pending = pending || slot.busy;
             overtakenRequests += slot.request.number > slot.served + 1 ? 1 : 0;
         }
-        ticksWithPendingLoads += pending ? 1 : 0;
         mostSpawned = std::max(mostSpawned, World().layers[kSpawnedLayer].size());
     }
-
-private:
-    bool wasOnFoot = false;
 };
-
-// A short voyage with a bit of everything, recorded once for all tests of a process.
-const Recording& ShortVoyage() {
-    static const Recording recording = RecordVoyage(5, 4);
-    return recording;
-}
 
 void ExpectEqual(const Trace& trace, const Trace& expected) {
     const std::optional<TraceDifference> difference = FirstDifference(trace, expected);
@@ -71,15 +60,8 @@ void ExpectEqual(const Trace& trace, const Trace& expected) {
         << "first difference at tick " << difference->tick << ": " << difference->parts;
 }
 
-// Replays the short voyage with a fault and tells where it is seen first.
-TraceDifference FindFault(std::size_t tick, const std::function<void()>& fault) {
-    static const Trace sound = Replay(ShortVoyage(), {});
-    const Trace faulty = Replay(ShortVoyage(), {.afterTick = [&](std::size_t now) {
-                                    if (now == tick) {
-                                        fault();
-                                    }
-                                }});
-    return FirstDifference(faulty, sound).value_or(TraceDifference{0, "nothing"});
+IEntity*& Spawned(std::size_t index) {
+    return World().layers[kSpawnedLayer].at(index);
 }
 
 struct Fault {
@@ -91,6 +73,8 @@ std::vector<Fault> FaultsOfEveryTick() {
     return {
         {"player", [] { World().player->exactPosition.x += 0.125f; }},
         {"player", [] { World().player->tileType ^= 2; }},
+        {"player", [] { World().player->mode ^= 1; }},
+        {"boat", [] { World().anchoredBoat->active = !World().anchoredBoat->active; }},
         {"camera", [] { World().camera->zoom = std::nextafter(World().camera->zoom, 0.0f); }},
         {"map", [] { World().map->pan.y += 1.0f; }},
         {"flags", [] { World().showPlayerInfo = !World().showPlayerInfo; }},
@@ -98,15 +82,18 @@ std::vector<Fault> FaultsOfEveryTick() {
          [] { ++CMN_InputManager::GetInstance()->timers[Index(InputAction::Left)].minInterval; }},
         {"menu",
          [] {
-             auto& button =
-                 dynamic_cast<UIF_Button&>(*World().debugMenu->menuWindow.children.back());
+             auto& button = dynamic_cast<UIF_Button&>(*World().debugMenu->menuWindow.children[8]);
              button.hovered = !button.hovered;
          }},
+        {"radar",
+         [] {
+             dynamic_cast<HudEntity&>(*World().layers[kHudLayer][0]).icons.push_back({1, 2});
+         }},
+        {"clusters",
+         [] {
+             ASM_AssetManager::GetInstance()->AcquireCluster(ClusterKey({77, 7}));
+         }},
     };
-}
-
-IEntity*& Spawned(std::size_t index) {
-    return World().layers[kSpawnedLayer].at(index);
 }
 
 std::vector<Fault> FaultsOfTheWorldAtRest() {
@@ -124,21 +111,36 @@ std::vector<Fault> FaultsOfTheWorldAtRest() {
     };
 }
 
-// The rests of the short voyage with something in layer 2.
-std::vector<std::size_t> RestsAmongEnemies() {
-    const std::vector<std::size_t>& rests = ShortVoyage().rests;
-    std::vector<std::size_t> found;
-    Replay(ShortVoyage(), {.afterTick = [&](std::size_t tick) {
-               if (std::binary_search(rests.begin(), rests.end(), tick) &&
-                   World().layers[kSpawnedLayer].size() > 1) {
-                   found.push_back(tick);
-               }
-           }});
-    return found;
-}
-
 class ReplayTest : public testing::Test {
+protected:
+    // Plants each fault in the first, a middle and the last of some ticks.
+    void ExpectSeen(const std::vector<Fault>& faults, const std::vector<std::size_t>& ticks) {
+        for (const Fault& fault : faults) {
+            for (const std::size_t tick : {ticks.front(), ticks[ticks.size() / 2], ticks.back()}) {
+                SCOPED_TRACE(testing::Message() << fault.part << " in tick " << tick);
+                const Trace faulty = Replay(voyage, {.afterTick = [&](std::size_t now) {
+                                                if (now == tick) {
+                                                    fault.plant();
+                                                }
+                                            }});
+                const std::optional<TraceDifference> found = FirstDifference(faulty, sound);
+                ASSERT_TRUE(found.has_value());
+                EXPECT_EQ(found->tick, tick);
+                EXPECT_NE(found->parts.find(fault.part), std::string::npos) << found->parts;
+            }
+        }
+    }
+
     const QuietStderr quiet;
+    const Recording voyage = RecordVoyage(5, 4);
+    std::vector<std::size_t> restsAmongEnemies;
+    const Trace sound =
+        Replay(voyage, {.afterTick = [&](std::size_t tick) {
+                   if (std::binary_search(voyage.rests.begin(), voyage.rests.end(), tick) &&
+                       World().layers[kSpawnedLayer].size() > 1) {
+                       restsAmongEnemies.push_back(tick);
+                   }
+               }});
 };
 
 class ReplayWithWorkersTest : public testing::TestWithParam<std::tuple<std::uint32_t, unsigned>> {
@@ -159,12 +161,6 @@ TEST_P(ReplayWithWorkersTest, IsTheSameHoweverLateTheLoadsCome) {
         ExpectEqual(Replay(voyage, {workers, delaySeed, [&](std::size_t) { delayed.Look(); }}),
                     expected);
     }
-    std::cout << "compared 3 replays of " << voyage.ticks << " ticks with " << voyage.rests.size()
-              << " rests and " << voyage.events.size() << " events: " << seen.ticksOnFoot
-              << " ticks on foot, " << seen.boardings << " boardings, " << seen.ticksOnMap
-              << " ticks on the map, " << seen.ticksInMenu << " in the menu, "
-              << delayed.ticksWithPendingLoads << " with loads pending in the replays, "
-              << delayed.overtakenRequests << " slot-ticks overtaken\n";
     EXPECT_GT(seen.ticksOnFoot, 100);
     EXPECT_GT(seen.boardings, 0);
     EXPECT_GT(seen.ticksOnMap, 100);
@@ -177,32 +173,18 @@ INSTANTIATE_TEST_SUITE_P(WorkersAndVoyages, ReplayWithWorkersTest,
                          testing::Combine(testing::Values(1, 2, 8), testing::Values(3, 21)));
 
 TEST_F(ReplayTest, AFaultInTheFirstAMiddleAndTheLastTickIsSeenInThatTick) {
-    const std::size_t last = ShortVoyage().ticks - 1;
-    for (const Fault& fault : FaultsOfEveryTick()) {
-        for (const std::size_t tick : {std::size_t{0}, last / 2, last}) {
-            const TraceDifference found = FindFault(tick, fault.plant);
-            EXPECT_EQ(found.tick, tick) << fault.part;
-            EXPECT_NE(found.parts.find(fault.part), std::string::npos) << found.parts;
-        }
-    }
+    ExpectSeen(FaultsOfEveryTick(), {0, voyage.ticks / 2, voyage.ticks - 1});
 }
 
 TEST_F(ReplayTest, AFaultInTheWorldAtRestIsSeenInThatTick) {
-    const std::vector<std::size_t> rests = RestsAmongEnemies();
-    ASSERT_GE(rests.size(), 3U);
-    for (const Fault& fault : FaultsOfTheWorldAtRest()) {
-        for (const std::size_t tick : {rests.front(), rests[rests.size() / 2], rests.back()}) {
-            const TraceDifference found = FindFault(tick, fault.plant);
-            EXPECT_EQ(found.tick, tick) << fault.part;
-            EXPECT_NE(found.parts.find(fault.part), std::string::npos) << found.parts;
-        }
-    }
+    ASSERT_GE(restsAmongEnemies.size(), 3U);
+    ExpectSeen(FaultsOfTheWorldAtRest(), restsAmongEnemies);
 }
 
 TEST_F(ReplayTest, AMissingTickIsSeen) {
-    const Trace whole = Replay(ShortVoyage().Head(50), {});
-    const std::optional<TraceDifference> difference =
-        FirstDifference(whole, Replay(ShortVoyage().Head(49), {}));
+    Trace shorter = sound;
+    shorter.pop_back();
+    const std::optional<TraceDifference> difference = FirstDifference(sound, shorter);
     ASSERT_TRUE(difference.has_value());
-    EXPECT_EQ(difference->tick, 49U);
+    EXPECT_EQ(difference->tick, shorter.size());
 }

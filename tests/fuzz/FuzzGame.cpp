@@ -1,18 +1,23 @@
 #include "FuzzGame.h"
 
 #include "app/CMN_TimeManager.h"
+#include "entities/PlayerEntity.h"
+
+bool FuzzGame::Follow() {
+    return model.Follow(game.World().player->position);
+}
 
 void FuzzGame::Pass(std::uint32_t milliseconds) {
     const CMN_TimeManager& time = *CMN_TimeManager::GetInstance();
     if (game.Now() + milliseconds >= time.tickInterval + time.lastTickTime) {
-        follower.BeforeTick();
+        Follow();
     }
     game.Pass(milliseconds);
 }
 
 void FuzzGame::Tick(std::uint32_t count) {
     for (std::uint32_t i = 0; i < count; ++i) {
-        follower.BeforeTick();
+        Follow();
         game.TickOnly();
     }
 }
@@ -20,8 +25,8 @@ void FuzzGame::Tick(std::uint32_t count) {
 void FuzzGame::Rest() {
     bool moved = true;
     while (moved) {
-        moved = follower.BeforeTick();
+        moved = Follow();
         game.Settle();
     }
-    CheckWorldAtRest(follower.Model());
+    CheckWorldAtRest(model);
 }

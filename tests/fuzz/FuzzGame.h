@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "support/GameHarness.h"
-#include "support/StreamFollower.h"
+#include "support/WorldInvariants.h"
 
 class FuzzGame {
 public:
@@ -22,6 +22,9 @@ public:
     void Rest();
 
 private:
+    /// Before every tick: true when the tick will stream around another cell.
+    bool Follow();
+
     GameHarness game;
-    StreamFollower follower;
+    SlotModel model;
 };

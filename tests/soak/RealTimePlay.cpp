@@ -4,7 +4,7 @@
 #include "app/CMN_TimeManager.h"
 #include "world/WorldManager.h"
 
-#include <SDL.h>
+#include <SDL_timer.h>
 
 namespace {
 
@@ -13,11 +13,6 @@ double Milliseconds(std::chrono::steady_clock::duration length) {
 }
 
 } // namespace
-
-void RealTimePlay::Push(const SDL_Event& event) {
-    SDL_Event copy = event;
-    SDL_PushEvent(&copy);
-}
 
 void RealTimePlay::Tick() {
     while (!Pass()) {

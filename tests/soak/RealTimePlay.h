@@ -9,7 +9,6 @@
 
 class RealTimePlay : public Controls {
 public:
-    void Push(const SDL_Event& event) override;
     void Tick() override;
     void Rest() override;
 

@@ -4,7 +4,6 @@
 #include "entities/PlayerEntity.h"
 #include "world/WorldManager.h"
 
-#include <SDL.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -13,13 +12,8 @@ constexpr std::uint32_t kDeadline = 120000; // ms
 
 } // namespace
 
-void SimulatedPlay::Push(const SDL_Event& event) {
-    SDL_Event copy = event;
-    SDL_PushEvent(&copy);
-}
-
 void SimulatedPlay::Tick() {
-    follower.BeforeTick();
+    model.Follow(WorldManager::GetInstance()->player->position);
     now += 16;
     RunPass(now);
     ++ticks;
@@ -29,7 +23,7 @@ void SimulatedPlay::Rest() {
     ASSERT_TRUE(WorldManager::GetInstance()->cellGrid.WaitForLoads(kDeadline))
         << "a load does not end";
     Tick();
-    CheckWorldAtRest(follower.Model());
+    CheckWorldAtRest(model);
     CountArrivals();
     ++rests;
 }

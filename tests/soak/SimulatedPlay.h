@@ -7,11 +7,10 @@
 #include <cstdint>
 
 #include "support/Pilot.h"
-#include "support/StreamFollower.h"
+#include "support/WorldInvariants.h"
 
 class SimulatedPlay : public Controls {
 public:
-    void Push(const SDL_Event& event) override;
     void Tick() override;
     void Rest() override;
 
@@ -27,7 +26,7 @@ public:
 private:
     void CountArrivals();
 
-    StreamFollower follower;
+    SlotModel model;
     std::uint32_t now = 0; // ms
     std::size_t ticks = 0;
     std::size_t rests = 0;

@@ -1,33 +1,35 @@
 // Stops loads in the middle of a dungeon's generation, where the generator says a line on standard
-// error: other threads than the one that made the hold wait there while it is closed. Everything
-// said meanwhile is dropped.
+// error: other threads than the one that made the hold wait there while it is closed.
 #pragma once
 
 #include <condition_variable>
 #include <mutex>
-#include <streambuf>
 #include <thread>
 
-/// Made and destroyed while nothing is generated on other threads.
-class GenerationHold : private std::streambuf {
-public:
-    GenerationHold();
-    ~GenerationHold() override;
-    GenerationHold(const GenerationHold&) = delete;
-    GenerationHold& operator=(const GenerationHold&) = delete;
+#include "support/QuietStderr.h"
 
-    void Close() { Set(false); }
-    void Open() { Set(true); }
+class GenerationHold : public QuietStderr {
+public:
+    void Close() {
+        const std::lock_guard guard(lock);
+        open = false;
+    }
+
+    void Open() {
+        const std::lock_guard guard(lock);
+        open = true;
+        opened.notify_all();
+    }
 
 private:
-    int_type overflow(int_type c) override;
-    std::streamsize xsputn(const char* text, std::streamsize count) override;
-
-    void Set(bool state);
-    void Pass();
+    void OnOutput() override {
+        if (std::this_thread::get_id() != owner) {
+            std::unique_lock guard(lock);
+            opened.wait(guard, [this] { return open; });
+        }
+    }
 
     const std::thread::id owner = std::this_thread::get_id();
-    std::streambuf* former;
     std::mutex lock;
     std::condition_variable opened;
     bool open = true;

@@ -2,13 +2,10 @@
 
 #include "entities/AnchoredBoatEntity.h"
 #include "entities/PlayerEntity.h"
-#include "world/ASM_AssetManager.h"
 #include "world/WorldManager.h"
 
 #include <array>
 #include <cstdlib>
-#include <optional>
-#include <vector>
 
 namespace {
 
@@ -17,6 +14,7 @@ constexpr std::uint32_t kGoToMapLocation = 6; // row of the menu
 constexpr std::uint32_t kPanTicksPerCell = 5; // zoomed out
 constexpr std::uint32_t kWalkTicks = 13;      // per tile
 
+// The first two are vertical.
 constexpr std::array<SDL_Keycode, 4> kMoveKeys{SDLK_w, SDLK_s, SDLK_a, SDLK_d};
 constexpr std::array<Vec2i, 4> kMoves{Vec2i{0, 1}, Vec2i{0, -1}, Vec2i{-1, 0}, Vec2i{1, 0}};
 
@@ -32,8 +30,8 @@ bool IsOnFoot() {
     return WorldManager::GetInstance()->player->mode == PlayerEntity::kOnFoot;
 }
 
-bool IsHorizontal(std::size_t way) {
-    return kMoves[way].x != 0;
+bool IsAtSea() {
+    return !IsOnFoot();
 }
 
 // Tiles to the nearest land straight ahead, 0 when there is none within reach.
@@ -49,82 +47,22 @@ std::uint32_t TilesToLand(Vec2i move) {
     return 0;
 }
 
-bool IsLand(Vec2i cell) {
-    const ClusterRecord* cluster =
-        ASM_AssetManager::GetInstance()->FindCluster(ClusterKeyOfCell(cell).id);
-    if (cluster == nullptr) {
-        return false;
-    }
-    const auto flag = cluster->cells.find(CellKey(cell).id);
-    return flag != cluster->cells.end() && flag->second == 1;
-}
-
-bool HasLandAround(Vec2i cell) {
-    for (std::int32_t x = cell.x - 1; x <= cell.x + 2; ++x) {
-        for (std::int32_t y = cell.y - 1; y <= cell.y + 1; ++y) {
-            if (IsLand({x, y})) {
-                return true;
-            }
-        }
-    }
-    return false;
-}
-
-// A cell of sea at the east end of the player's cluster with sea beyond the border and land near.
-std::optional<Vec2i> SeaWestOfClusterBorder() {
-    const Vec2i cluster = PlayerCell() / kClusterCells;
-    const std::int32_t x = cluster.x * kClusterCells + kClusterCells - 1;
-    for (std::int32_t row = 1; row < kClusterCells; ++row) {
-        const Vec2i cell{x, cluster.y * kClusterCells + row};
-        if (!IsLand(cell) && !IsLand(cell + Vec2i{1, 0}) && HasLandAround(cell)) {
-            return cell;
-        }
-    }
-    return std::nullopt;
-}
-
 } // namespace
 
 void Pilot::PlayLeg() {
-    switch (Draw(9)) {
-    case 0:
-        Sail();
-        break;
-    case 1:
-    case 2:
-        GoAshore();
-        break;
-    case 3:
-        JumpToLand();
-        break;
-    case 4:
-        Storm(2 + static_cast<int>(Draw(3)));
-        break;
-    case 5:
-        LookAtMap();
-        break;
-    case 6:
-        UseMenu();
-        break;
-    case 7:
-        Shuttle(3 + static_cast<int>(Draw(4)));
-        break;
-    default:
-        PlayWithJoystick();
-        break;
-    }
+    constexpr std::array<void (Pilot::*)(), 8> legs{
+        &Pilot::Sail,  &Pilot::GoAshore,  &Pilot::GoAshore, &Pilot::JumpToLand,
+        &Pilot::Storm, &Pilot::LookAtMap, &Pilot::UseMenu,  &Pilot::PlayWithJoystick};
+    (this->*legs[Draw(legs.size())])();
 }
 
 void Pilot::Sail() {
     for (int turn = 0; turn < 3; ++turn) {
         const std::size_t way = Draw(kMoveKeys.size());
-        const SDL_Keycode zoom = Draw(2) == 0 ? SDLK_e : SDLK_q;
-        const std::uint32_t ticks = 20 + Draw(200);
-        HoldUntil(kMoveKeys[way], ticks, IsOnFoot);
-        Hold(zoom, Draw(6));
-        HoldUntil(kMoveKeys[way], 20 + Draw(200), IsOnFoot);
+        Hold(kMoveKeys[way], 20 + Draw(400), IsOnFoot);
+        Hold(Draw(2) == 0 ? SDLK_e : SDLK_q, Draw(6));
         StopAndRest();
-        ReturnToBoat(IsHorizontal(way));
+        ReturnToBoat(kMoves[way].x != 0);
     }
 }
 
@@ -135,30 +73,28 @@ void Pilot::GoAshore() {
         if (tiles == 0) {
             continue;
         }
-        HoldUntil(kMoveKeys[way], tiles * kWalkTicks, IsOnFoot);
+        Hold(kMoveKeys[way], tiles * kWalkTicks, IsOnFoot);
         Hold(kMoveKeys[way], kWalkTicks * (1 + Draw(8)));
         StopAndRest();
         const std::size_t aside = (way + 2 + Draw(2)) % kMoves.size();
         Hold(kMoveKeys[aside], kWalkTicks * Draw(6));
         StopAndRest();
-        ReturnToBoat(!IsHorizontal(way));
+        ReturnToBoat(kMoves[aside].x != 0);
         return;
     }
     Sail();
 }
 
-// Not always possible: water may be in the way.
-void Pilot::ReturnToBoat(bool alongXFirst) {
-    bool alongX = alongXFirst;
+// First along one axis, then along the other. Not always possible: water may be in the way.
+void Pilot::ReturnToBoat(bool alongX) {
     for (int attempt = 0; attempt < 3 && IsOnFoot(); ++attempt) {
         const Vec2i way = WorldManager::GetInstance()->anchoredBoat->position - PlayerPosition();
         const std::int32_t distance = std::abs(alongX ? way.x : way.y) / kTileSize;
         if (distance > 0 && distance < 60) {
             const SDL_Keycode horizontal = way.x > 0 ? SDLK_d : SDLK_a;
             const SDL_Keycode vertical = way.y > 0 ? SDLK_w : SDLK_s;
-            HoldUntil(alongX ? horizontal : vertical,
-                      static_cast<std::uint32_t>(distance) * kWalkTicks,
-                      [] { return !IsOnFoot(); });
+            Hold(alongX ? horizontal : vertical, static_cast<std::uint32_t>(distance) * kWalkTicks,
+                 IsAtSea);
             StopAndRest();
         }
         alongX = !alongX;
@@ -166,11 +102,27 @@ void Pilot::ReturnToBoat(bool alongXFirst) {
 }
 
 void Pilot::JumpToLand() {
-    JumpTo(NearbyLand());
+    Jump({NearbyLand()});
 }
 
-// Leaves the menu open at the button that jumps, and the map open around the player.
-void Pilot::PrepareJump() {
+// Several jumps before anything has been loaded. They go one way and far enough that none ends in a
+// cell that another has asked for: such a cell would read as water or land, depending on how far
+// its load has come.
+void Pilot::Storm() {
+    Vec2i cell = PlayerCell();
+    const bool horizontal = Draw(2) == 0;
+    const std::int32_t sign = (horizontal ? cell.x : cell.y) > 32 ? -1 : 1;
+    std::vector<Vec2i> cells(2 + Draw(3));
+    for (Vec2i& next : cells) {
+        const std::int32_t distance = static_cast<std::int32_t>(4 + Draw(4)) * sign;
+        cell = cell + (horizontal ? Vec2i{distance, 0} : Vec2i{0, distance});
+        next = cell;
+    }
+    Jump(cells);
+}
+
+// By the menu's button, with the map to aim.
+void Pilot::Jump(const std::vector<Vec2i>& cells) {
     OpenMenuAt(kGoToMapLocation);
     StopAndRest();
     if (IsOnFoot()) { // the menu's keys may have moved the ship ashore
@@ -179,47 +131,11 @@ void Pilot::PrepareJump() {
         OpenMenuAt(kGoToMapLocation);
     }
     Tap(SDLK_BACKSPACE);
-}
-
-void Pilot::JumpTo(Vec2i cell) {
-    PrepareJump();
-    PanByCells(cell - PlayerCell());
-    Tap(SDLK_RETURN);
-    Tap(SDLK_BACKSPACE);
-    CloseMenu();
-    StopAndRest();
-}
-
-// The jumps go one way and far enough that none ends in a cell that another has asked for: such a
-// cell would read as water or land, depending on how far its load has come.
-void Pilot::Storm(int jumps) {
-    PrepareJump();
-    const Vec2i cell = PlayerCell();
-    const bool horizontal = Draw(2) == 0;
-    const std::int32_t sign = (horizontal ? cell.x : cell.y) > 32 ? -1 : 1;
-    for (int jump = 0; jump < jumps; ++jump) {
-        const auto distance = static_cast<std::int32_t>(4 + Draw(4)) * sign;
-        PanByCells(horizontal ? Vec2i{distance, 0} : Vec2i{0, distance});
+    Vec2i from = PlayerCell();
+    for (const Vec2i& cell : cells) {
+        PanByCells(cell - from);
         Tap(SDLK_RETURN);
-    }
-    Tap(SDLK_BACKSPACE);
-    CloseMenu();
-    StopAndRest();
-}
-
-// To and fro across the border of two clusters, before anything has been loaded there. Sea on both
-// sides reads as water whether it has been loaded or not.
-void Pilot::Shuttle(int jumps) {
-    const std::optional<Vec2i> west = SeaWestOfClusterBorder();
-    if (!west) {
-        return;
-    }
-    PrepareJump();
-    PanByCells(*west - PlayerCell());
-    Tap(SDLK_RETURN);
-    for (int jump = 0; jump < jumps; ++jump) {
-        PanByCells({jump % 2 == 0 ? 1 : -1, 0});
-        Tap(SDLK_RETURN);
+        from = cell;
     }
     Tap(SDLK_BACKSPACE);
     CloseMenu();
@@ -237,11 +153,8 @@ void Pilot::LookAtMap() {
 }
 
 void Pilot::UseMenu() {
-    std::uint32_t row = Draw(kMenuRows);
-    if (row == kGoToMapLocation) {
-        row = 0;
-    }
-    OpenMenuAt(row);
+    const std::uint32_t row = Draw(kMenuRows);
+    OpenMenuAt(row == kGoToMapLocation ? 0 : row);
     Tap(SDLK_RETURN);
     Wait(Draw(20));
     CloseMenu();
@@ -249,7 +162,7 @@ void Pilot::UseMenu() {
 }
 
 void Pilot::PlayWithJoystick() {
-    Axis(0, static_cast<std::int16_t>(Draw(2) == 0 ? -32768 : 32767));
+    Axis(0, Draw(2) == 0 ? -32768 : 32767);
     Wait(Draw(150));
     Axis(1, static_cast<std::int16_t>(random()));
     Axis(0, 0);
@@ -275,14 +188,7 @@ void Pilot::Wait(std::uint32_t ticks) {
     }
 }
 
-void Pilot::Hold(SDL_Keycode key, std::uint32_t ticks) {
-    Key(SDL_KEYDOWN, key);
-    Wait(ticks);
-    Key(SDL_KEYUP, key);
-    Wait(1);
-}
-
-void Pilot::HoldUntil(SDL_Keycode key, std::uint32_t ticks, bool (*reached)()) {
+void Pilot::Hold(SDL_Keycode key, std::uint32_t ticks, bool (*reached)()) {
     Key(SDL_KEYDOWN, key);
     for (std::uint32_t i = 0; i < ticks && !reached(); ++i) {
         Wait(1);
@@ -312,10 +218,6 @@ void Pilot::OpenMenuAt(std::uint32_t row) {
     for (; menuRow > row; --menuRow) {
         Tap(SDLK_w);
     }
-}
-
-void Pilot::CloseMenu() {
-    Tap(SDLK_BACKQUOTE);
 }
 
 void Pilot::PanByCells(Vec2i cells) {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <random>
+#include <vector>
 
 #include <SDL_events.h>
 #include <SDL_keycode.h>
@@ -18,7 +19,7 @@ public:
     virtual ~Controls() = default;
 
     /// Queues an event for the next tick.
-    virtual void Push(const SDL_Event& event) = 0;
+    virtual void Push(SDL_Event event) { SDL_PushEvent(&event); }
 
     /// Runs a tick.
     virtual void Tick() = 0;
@@ -35,31 +36,31 @@ public:
     /// Plays some hundreds of ticks, from rest to rest.
     void PlayLeg();
 
+private:
     // What a leg may consist of.
     void Sail();
     void GoAshore();
     void JumpToLand();
-    void Storm(int jumps);
-    void Shuttle(int jumps);
+    void Storm();
     void LookAtMap();
     void UseMenu();
     void PlayWithJoystick();
 
-private:
     std::uint32_t Draw(std::uint32_t count) { return static_cast<std::uint32_t>(random()) % count; }
     void Key(std::uint32_t type, SDL_Keycode key);
     void Wait(std::uint32_t ticks);
-    void Hold(SDL_Keycode key, std::uint32_t ticks);
+
+    /// Holds a key for so many ticks, or until the condition is met.
+    void Hold(
+        SDL_Keycode key, std::uint32_t ticks, bool (*reached)() = [] { return false; });
     void Tap(SDL_Keycode key) { Hold(key, 3); }
-    void HoldUntil(SDL_Keycode key, std::uint32_t ticks, bool (*reached)());
     void Axis(std::uint8_t axis, std::int16_t value);
     void StopAndRest();
-    void ReturnToBoat(bool alongXFirst);
+    void ReturnToBoat(bool alongX);
     void OpenMenuAt(std::uint32_t row);
-    void CloseMenu();
+    void CloseMenu() { Tap(SDLK_BACKQUOTE); }
     void PanByCells(Vec2i cells);
-    void PrepareJump();
-    void JumpTo(Vec2i cell);
+    void Jump(const std::vector<Vec2i>& cells);
     Vec2i NearbyLand();
 
     Controls& controls;

@@ -4,23 +4,28 @@
 #include <iostream>
 #include <streambuf>
 
-class QuietStderr {
+/// Unbuffered and stateless, so any number of threads may write to it. Made and destroyed while no
+/// other thread does.
+class QuietStderr : private std::streambuf {
 public:
-    QuietStderr() : former(std::cerr.rdbuf(&nothing)) {}
-    ~QuietStderr() { std::cerr.rdbuf(former); }
+    QuietStderr() : former(std::cerr.rdbuf(this)) {}
+    ~QuietStderr() override { std::cerr.rdbuf(former); }
     QuietStderr(const QuietStderr&) = delete;
     QuietStderr& operator=(const QuietStderr&) = delete;
 
 private:
-    // Unbuffered and stateless, so any number of threads may write to it.
-    class NullBuffer : public std::streambuf {
-    protected:
-        int overflow(int c) override { return traits_type::not_eof(c); }
-        std::streamsize xsputn(const char* /*text*/, std::streamsize count) override {
-            return count;
-        }
-    };
+    /// Called for everything that is said, on the thread that says it.
+    virtual void OnOutput() {}
 
-    NullBuffer nothing;
+    int overflow(int c) override {
+        OnOutput();
+        return traits_type::not_eof(c);
+    }
+
+    std::streamsize xsputn(const char* /*text*/, std::streamsize count) override {
+        OnOutput();
+        return count;
+    }
+
     std::streambuf* former;
 };

@@ -2,6 +2,7 @@
 // and other delays of the load jobs. Every replay leaves a trace of digests to compare.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -24,9 +25,6 @@ struct Recording {
     std::vector<RecordedEvent> events; ///< in the order pushed
     std::vector<std::size_t> rests;    ///< ticks that run after every load has ended, ascending
     std::size_t ticks = 0;
-
-    /// The part before a tick.
-    Recording Head(std::size_t end) const;
 };
 
 /// Plays so many legs of chance and records them.
@@ -36,7 +34,7 @@ struct ReplayOptions {
     std::uint32_t workers = 1;
     unsigned delaySeed = 0; ///< 0 for no delays
     /// Called after a tick has run and before its digest is taken, to plant a fault.
-    std::function<void(std::size_t tick)> afterTick = nullptr;
+    std::function<void(std::size_t tick)> afterTick = [](std::size_t) {};
 };
 
 /// What a replay has seen, one digest per tick; at rests it covers more parts.

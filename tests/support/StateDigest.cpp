@@ -14,62 +14,61 @@
 #include "world/ASM_AssetManager.h"
 #include "world/WorldManager.h"
 
-#include <algorithm>
+#include <atomic>
 #include <bit>
-#include <concepts>
-#include <map>
+#include <ranges>
 #include <type_traits>
 
 namespace {
 
-// FNV-1a over bytes, 64 bits.
+// FNV-1a, 64 bits, a value at a time.
 class Hasher {
 public:
-    template <typename T>
-    Hasher& Add(T value) requires std::integral<T> || std::is_enum_v<T> {
-        return AddBits(static_cast<std::uint64_t>(value));
-    }
-
-    Hasher& Add(float value) { return AddBits(std::bit_cast<std::uint32_t>(value)); }
-    Hasher& Add(Vec2i value) { return Add(value.x).Add(value.y); }
-    Hasher& Add(Vec2f value) { return Add(value.x).Add(value.y); }
-    Hasher& Add(const GridKey& key) { return Add(key.x).Add(key.y).Add(key.id); }
-    Hasher& Add(const SDL_Color& color) {
-        return Add(color.r).Add(color.g).Add(color.b).Add(color.a);
-    }
-    Hasher& Add(std::string_view text) {
-        AddBytes(text.data(), text.size());
-        return Add(text.size());
-    }
-
-    template <typename T>
-    Hasher& AddAll(const T& values) {
-        for (const auto& value : values) {
-            Add(value);
-        }
-        return Add(values.size());
-    }
-
-    template <typename T>
-    Hasher& AddBytes(const T* data, std::size_t count) requires(sizeof(T) == 1) {
-        for (std::size_t i = 0; i < count; ++i) {
-            state = (state ^ static_cast<std::uint8_t>(data[i])) * 1099511628211U;
-        }
+    template <typename... Values>
+    Hasher& Add(const Values&... values) {
+        (AddValue(values), ...);
         return *this;
     }
 
     std::uint64_t Value() const { return state; }
 
 private:
-    Hasher& AddBits(std::uint64_t bits) {
-        for (int shift = 0; shift < 64; shift += 8) {
-            state = (state ^ ((bits >> shift) & 0xFFU)) * 1099511628211U;
+    template <typename T>
+    void AddValue(const T& value) requires(!std::is_pointer_v<T>) {
+        if constexpr (std::ranges::range<T>) {
+            for (const auto& element : value) {
+                AddValue(element);
+            }
+            AddValue(std::ranges::size(value));
+        } else {
+            state = (state ^ static_cast<std::uint64_t>(value)) * 1099511628211U;
         }
-        return *this;
+    }
+
+    void AddValue(float value) { AddValue(std::bit_cast<std::uint32_t>(value)); }
+    void AddValue(const std::atomic<bool>& value) { AddValue(value.load()); }
+    void AddValue(Vec2i value) { Add(value.x, value.y); }
+    void AddValue(Vec2f value) { Add(value.x, value.y); }
+    void AddValue(const GridKey& key) { Add(key.x, key.y, key.id); }
+    void AddValue(const SDL_Color& color) { Add(color.r, color.g, color.b, color.a); }
+    void AddValue(const CMN_InputManager::Timer& timer) { Add(timer.lastTime, timer.minInterval); }
+    void AddValue(const DungeonRoom& room) {
+        Add(room.x, room.y, room.w, room.h, room.center, room.minCorner, room.maxCorner);
+        Add(room.spawnPoints);
+    }
+    void AddValue(const DungeonEdge& edge) { Add(edge.a, edge.b, edge.lengthSquared); }
+    void AddValue(const IEntity* entity) {
+        const auto* marker = dynamic_cast<const CompassEntity*>(entity);
+        Add(entity->position, entity->active, marker == nullptr ? -1 : marker->index);
     }
 
     std::uint64_t state = 14695981039346656037U;
 };
+
+template <typename... Values>
+std::uint64_t Digest(const Values&... values) {
+    return Hasher().Add(values...).Value();
+}
 
 WorldManager& World() {
     return *WorldManager::GetInstance();
@@ -77,77 +76,37 @@ WorldManager& World() {
 
 std::uint64_t DigestPlayer() {
     const PlayerEntity& player = *World().player;
-    return Hasher()
-        .Add(player.position)
-        .Add(player.exactPosition)
-        .Add(player.targetTile)
-        .Add(player.moveVector)
-        .Add(player.direction)
-        .Add(player.tileType)
-        .Add(player.mode)
-        .Add(player.speed)
-        .Add(player.idle)
-        .Value();
-}
-
-std::uint64_t DigestBoat() {
-    const AnchoredBoatEntity& boat = *World().anchoredBoat;
-    return Hasher().Add(boat.position).Add(boat.direction).Add(boat.active.load()).Value();
-}
-
-std::uint64_t DigestCamera() {
-    return Hasher().Add(World().camera->position).Add(World().camera->zoom).Value();
+    return Digest(player.position, player.exactPosition, player.targetTile, player.moveVector,
+                  player.direction, player.tileType, player.mode, player.speed, player.idle);
 }
 
 std::uint64_t DigestMap() {
     const MapEntity& map = *World().map;
-    return Hasher()
-        .Add(World().mapMode)
-        .Add(map.active.load())
-        .Add(map.pan)
-        .Add(map.zoom)
-        .Add(map.showCompasses)
-        .Value();
+    return Digest(World().mapMode, map.active, map.pan, map.zoom, map.showCompasses);
 }
 
 std::uint64_t DigestMenu() {
-    const DebugMenuEntity& menu = *World().debugMenu;
     Hasher hash;
-    hash.Add(menu.active.load());
-    for (const auto& child : menu.menuWindow.children) {
+    hash.Add(World().debugMenu->active);
+    for (const auto& child : World().debugMenu->menuWindow.children) {
         const auto& button = dynamic_cast<const UIF_Button&>(*child);
-        hash.Add(button.hovered).Add(button.fillColor).Add(button.borderColor);
+        hash.Add(button.hovered, button.fillColor, button.borderColor);
         for (const auto& label : button.children) {
-            hash.Add(std::string_view(dynamic_cast<const UIF_Label&>(*label).text));
+            hash.Add(dynamic_cast<const UIF_Label&>(*label).text);
         }
     }
     return hash.Value();
 }
 
 std::uint64_t DigestFlags() {
-    return Hasher()
-        .Add(World().renderCellBorder)
-        .Add(World().renderDungeonRooms)
-        .Add(World().renderMinSpanningTree)
-        .Add(World().renderHallways)
-        .Add(World().showPlayerInfo)
-        .Add(World().showLoadedAssets)
-        .Value();
-}
-
-std::uint64_t DigestInput() {
-    const CMN_InputManager& input = *CMN_InputManager::GetInstance();
-    Hasher hash;
-    hash.AddAll(input.actions).AddAll(input.pressed);
-    for (const CMN_InputManager::Timer& timer : input.timers) {
-        hash.Add(timer.lastTime).Add(timer.minInterval);
-    }
-    return hash.Value();
+    return Digest(World().renderCellBorder, World().renderDungeonRooms,
+                  World().renderMinSpanningTree, World().renderHallways, World().showPlayerInfo,
+                  World().showLoadedAssets);
 }
 
 std::uint64_t DigestRadar() {
     const auto& radar = dynamic_cast<const HudEntity&>(*World().layers[kHudLayer].front());
-    return Hasher().Add(radar.position).AddAll(radar.icons).Value();
+    return Digest(radar.position, radar.icons);
 }
 
 // What the main thread has asked the loads for.
@@ -155,53 +114,31 @@ std::uint64_t DigestRequests() {
     Hasher hash;
     for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
         const CellSlot slot = World().cellGrid.GetSlot(i);
-        hash.Add(slot.target)
-            .Add(slot.request.number)
-            .Add(slot.request.cell)
-            .Add(slot.request.land);
-        hash.AddAll(slot.request.neighbors);
+        hash.Add(slot.target, slot.request.number, slot.request.cell, slot.request.land,
+                 slot.request.neighbors);
     }
     return hash.Value();
 }
 
-template <typename Table>
-void AddHeld(Hasher& hash, const Table& table) {
+template <typename Record>
+std::uint64_t DigestCounts(const RecordTable<Record>& table) {
+    Hasher hash;
     for (const auto& held : table.ListHeld()) {
-        hash.Add(held.id).Add(held.count);
+        hash.Add(held.id, held.count);
     }
+    return hash.Value();
 }
 
 std::uint64_t DigestClusters() {
     Hasher hash;
-    AddHeld(hash, ASM_AssetManager::GetInstance()->GetClusters());
+    hash.Add(DigestCounts(ASM_AssetManager::GetInstance()->GetClusters()));
     for (const ClusterRecord* cluster : World().cellGrid.GetClusters()) {
-        if (cluster != nullptr) {
-            hash.Add(cluster->key);
-            for (const auto& [id, land] : cluster->cells) {
-                hash.Add(id).Add(land);
-            }
+        hash.Add(cluster->key);
+        for (const auto& [id, land] : cluster->cells) {
+            hash.Add(id, land);
         }
     }
     return hash.Value();
-}
-
-void AddDungeon(Hasher& hash, const DungeonRecord& dungeon) {
-    for (const auto* rooms : {&dungeon.rooms, &dungeon.hallways}) {
-        for (const DungeonRoom& room : *rooms) {
-            hash.Add(room.x).Add(room.y).Add(room.w).Add(room.h).Add(room.center);
-            hash.Add(room.minCorner).Add(room.maxCorner).AddAll(room.spawnPoints);
-        }
-    }
-    for (const auto* edges : {&dungeon.edges, &dungeon.hallwayEdges}) {
-        for (const DungeonEdge& edge : *edges) {
-            hash.Add(edge.a).Add(edge.b).Add(edge.lengthSquared);
-        }
-    }
-    for (const auto& [room, others] : dungeon.adjacency) {
-        hash.Add(room).AddAll(others);
-    }
-    hash.AddAll(dungeon.mainRooms).AddAll(dungeon.compassPoints);
-    hash.AddBytes(dungeon.tiles.data(), dungeon.tiles.size());
 }
 
 std::uint64_t DigestTerrain() {
@@ -209,88 +146,56 @@ std::uint64_t DigestTerrain() {
     for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
         const CellSlot slot = World().cellGrid.GetSlot(i);
         const TerrainCellEntity::View view = slot.cellEntity->GetView();
-        hash.Add(slot.coords).Add(slot.served).Add(slot.busy).Add(slot.cellEntity->active.load());
-        hash.Add(view.key).Add(view.occupied).AddAll(view.corners);
-        hash.AddAll(slot.cellEntity->GetNeighbors());
+        hash.Add(slot.coords, slot.served, slot.busy, slot.cellEntity->active, view.key,
+                 view.occupied, view.corners, slot.cellEntity->GetNeighbors());
         if (view.dungeon != nullptr) {
-            AddDungeon(hash, *view.dungeon);
+            hash.Add(view.dungeon->rooms, view.dungeon->mainRooms, view.dungeon->hallwayEdges,
+                     view.dungeon->hallways, view.dungeon->compassPoints, view.dungeon->tiles);
         }
     }
     return hash.Value();
-}
-
-void AddSpawned(Hasher& hash, const IEntity& entity) {
-    const auto* marker = dynamic_cast<const CompassEntity*>(&entity);
-    hash.Add(entity.position).Add(entity.active.load());
-    hash.Add(marker == nullptr ? -1 : marker->index);
 }
 
 std::uint64_t DigestSpawned() {
     Hasher hash;
     for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
-        const std::vector<IEntity*> spawned = World().cellGrid.GetSlot(i).spawned;
-        for (const IEntity* entity : spawned) {
-            AddSpawned(hash, *entity);
-        }
-        hash.Add(spawned.size());
+        hash.Add(World().cellGrid.GetSlot(i).spawned);
     }
     return hash.Value();
 }
 
-// Where each entity belongs: its slot and place there, or its place in the list when it is none of
-// the spawned ones.
-std::map<const IEntity*, std::uint64_t> NumberEntities() {
-    std::map<const IEntity*, std::uint64_t> numbers;
-    std::uint64_t next = 0;
-    for (const auto& entity : World().entities) {
-        numbers[entity.get()] = next++;
+// Cells arrive in any order, so in layer 2 only the order within a cell counts.
+std::uint64_t DigestLayers() {
+    Hasher hash;
+    hash.Add(World().entities.size());
+    for (const std::vector<IEntity*>& layer : World().layers) {
+        hash.Add(layer.size());
     }
     for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
-        next = (i + 1) << 32U;
-        for (const IEntity* entity : World().cellGrid.GetSlot(i).spawned) {
-            numbers[entity] = next++;
+        const Vec2i cell = World().cellGrid.GetSlot(i).coords;
+        for (const IEntity* entity : World().layers[kSpawnedLayer]) {
+            if (entity->position / kCellSize == cell) {
+                hash.Add(entity);
+            }
         }
     }
-    return numbers;
-}
-
-// The order within a slot counts, the order between slots does not: slots are brought into their
-// own order without disturbing what belongs to one of them.
-template <typename Entities>
-void AddInCanonicalOrder(Hasher& hash, const Entities& entities,
-                         const std::map<const IEntity*, std::uint64_t>& numbers) {
-    std::vector<std::uint64_t> places;
-    for (const auto& entity : entities) {
-        const auto number = numbers.find(&*entity);
-        places.push_back(number == numbers.end() ? ~std::uint64_t{0} : number->second);
-    }
-    std::stable_sort(places.begin(), places.end(),
-                     [](std::uint64_t a, std::uint64_t b) { return a >> 32U < b >> 32U; });
-    hash.AddAll(places);
-}
-
-std::uint64_t DigestLayers() {
-    const std::map<const IEntity*, std::uint64_t> numbers = NumberEntities();
-    Hasher hash;
-    for (const std::vector<IEntity*>& layer : World().layers) {
-        AddInCanonicalOrder(hash, layer, numbers);
-    }
-    AddInCanonicalOrder(hash, World().entities, numbers);
-    return hash.Value();
-}
-
-std::uint64_t DigestDungeonCounts() {
-    Hasher hash;
-    AddHeld(hash, ASM_AssetManager::GetInstance()->GetDungeons());
     return hash.Value();
 }
 
 } // namespace
 
 StateDigest DigestTick() {
-    return {{"player", DigestPlayer()},    {"boat", DigestBoat()},   {"camera", DigestCamera()},
-            {"map", DigestMap()},          {"menu", DigestMenu()},   {"flags", DigestFlags()},
-            {"input", DigestInput()},      {"radar", DigestRadar()}, {"requests", DigestRequests()},
+    const AnchoredBoatEntity& boat = *World().anchoredBoat;
+    const CMN_InputManager& input = *CMN_InputManager::GetInstance();
+    return {{"player", DigestPlayer()},
+            {"boat", Digest(boat.position, boat.direction, boat.active)},
+            {"camera", Digest(World().camera->position, World().camera->zoom)},
+            {"map", DigestMap()},
+            {"menu", DigestMenu()},
+            {"flags", DigestFlags()},
+            {"input", Digest(input.actions, input.pressed, input.timers)},
+            {"radar", DigestRadar()},
+            {"requests", DigestRequests()},
             {"clusters", DigestClusters()}};
 }
 
@@ -298,7 +203,7 @@ StateDigest DigestRest() {
     return {{"terrain", DigestTerrain()},
             {"spawned", DigestSpawned()},
             {"layers", DigestLayers()},
-            {"dungeon counts", DigestDungeonCounts()}};
+            {"dungeon counts", DigestCounts(ASM_AssetManager::GetInstance()->GetDungeons())}};
 }
 
 std::string DifferingParts(const StateDigest& a, const StateDigest& b) {
@@ -308,7 +213,7 @@ std::string DifferingParts(const StateDigest& a, const StateDigest& b) {
     std::string names;
     for (std::size_t i = 0; i < a.size(); ++i) {
         if (a[i] != b[i]) {
-            names += (names.empty() ? "" : ", ") + std::string(a[i].name);
+            names += std::string(a[i].name) + ' ';
         }
     }
     return names;

@@ -1,11 +1,12 @@
 // Delays the worker pool: workers can be given jobs that do nothing but wait to be released, so
-// that every load queued after them comes late. Without sleeping and without the pool knowing.
+// that every load queued after them comes late.
 #pragma once
 
-#include <condition_variable>
 #include <cstdint>
 #include <memory>
-#include <mutex>
+
+#include "common/CMN_TaskManager.h"
+#include "support/Signal.h"
 
 /// Must be gone, or have released the workers, before the pool is stopped.
 class WorkerHold {
@@ -16,17 +17,17 @@ public:
     WorkerHold& operator=(const WorkerHold&) = delete;
 
     /// Queues so many jobs that each occupy a worker until the release.
-    void Occupy(std::uint32_t workers);
+    void Occupy(std::uint32_t workers) {
+        for (std::uint32_t i = 0; i < workers; ++i) {
+            CMN_TaskManager::GetInstance()->AddTask([held = gate] { held->Wait(); });
+        }
+    }
 
-    /// Lets all of them go on.
-    void Release();
+    void Release() {
+        gate->Raise();
+        gate = std::make_shared<Signal>();
+    }
 
 private:
-    struct Gate {
-        std::mutex lock;
-        std::condition_variable opened;
-        bool open = false;
-    };
-
-    std::shared_ptr<Gate> gate = std::make_shared<Gate>();
+    std::shared_ptr<Signal> gate = std::make_shared<Signal>();
 };

@@ -21,42 +21,49 @@ namespace {
 
 constexpr std::size_t kFixedEntities = 14; // 9 cells, boat, player, map, menu, radar
 
+// A block of clusters and its neighbour graph, from keys alone.
+struct Block {
+    std::array<ClusterRecord, CellGrid::kSlotCount> clusters;
+    CellNeighborMap graph;
+};
+
+std::vector<GridKey> BlockKeys(Vec2i cluster) {
+    std::vector<GridKey> keys;
+    for (std::int32_t dy = -1; dy <= 1; ++dy) {
+        for (std::int32_t dx = -1; dx <= 1; ++dx) {
+            keys.push_back(ClusterKey(cluster + Vec2i{dx, dy}));
+        }
+    }
+    return keys;
+}
+
+const Block& BlockAround(Vec2i cluster) {
+    static std::map<std::int32_t, Block> blocks;
+    if (blocks.size() > 64) {
+        blocks.clear(); // a fuzzer visits millions
+    }
+    const auto [entry, isNew] = blocks.try_emplace(ClusterKey(cluster).id);
+    Block& block = entry->second;
+    if (isNew) {
+        const std::vector<GridKey> keys = BlockKeys(cluster);
+        std::array<const ClusterRecord*, CellGrid::kSlotCount> records{};
+        for (std::size_t i = 0; i < keys.size(); ++i) {
+            GenerateCluster(keys[i], block.clusters[i]);
+            records[i] = &block.clusters[i];
+        }
+        BuildNeighborGraph(records.data(), static_cast<std::int32_t>(records.size()), block.graph);
+    }
+    return block;
+}
+
 bool IsLand(Vec2i cell) {
-    static std::map<std::int32_t, ClusterRecord> clusters;
-    const GridKey key = ClusterKeyOfCell(cell);
-    if (clusters.size() > 64) {
-        clusters.clear(); // a fuzzer visits millions
-    }
-    ClusterRecord& record = clusters[key.id];
-    if (record.cells.empty()) {
-        GenerateCluster(key, record);
-    }
-    return record.cells.find(CellKey(cell).id)->second == 1;
+    const ClusterRecord& middle = BlockAround(cell / kClusterCells).clusters[4];
+    return middle.cells.find(CellKey(cell).id)->second == 1;
 }
 
 bool SameIds(const std::vector<GridKey>& a, const std::vector<GridKey>& b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                       [](const GridKey& x, const GridKey& y) { return x.id == y.id; });
-}
-
-// The neighbour graph of the block around a cluster, from keys alone.
-const CellNeighborMap& GraphAround(Vec2i cluster) {
-    static std::map<std::int32_t, CellNeighborMap> graphs;
-    if (graphs.size() > 64) {
-        graphs.clear(); // a fuzzer visits millions
-    }
-    CellNeighborMap& graph = graphs[ClusterKey(cluster).id];
-    if (graph.empty()) {
-        std::array<ClusterRecord, 9> block;
-        std::array<const ClusterRecord*, 9> records{};
-        for (std::int32_t i = 0; i < 9; ++i) {
-            const auto entry = static_cast<std::size_t>(i);
-            GenerateCluster(ClusterKey(cluster + Vec2i{i % 3 - 1, i / 3 - 1}), block[entry]);
-            records[entry] = &block[entry];
-        }
-        BuildNeighborGraph(records.data(), 9, graph);
-    }
-    return graph;
 }
 
 // The dungeon must be the one that its key and its number of neighbours make.
@@ -82,6 +89,7 @@ std::vector<Vec2i> ExpectedPlaces(Vec2i cell, const DungeonRecord& dungeon) {
     return places;
 }
 
+// The slot's entities must stand in layer 2 in their order, others' in between them allowed.
 void CheckSpawned(const CellSlot& slot, const DungeonRecord* dungeon) {
     if (dungeon == nullptr) {
         EXPECT_TRUE(slot.spawned.empty());
@@ -90,29 +98,20 @@ void CheckSpawned(const CellSlot& slot, const DungeonRecord* dungeon) {
     const std::vector<Vec2i> places = ExpectedPlaces(slot.coords, *dungeon);
     ASSERT_EQ(slot.spawned.size(), places.size());
     const std::size_t enemies = places.size() - dungeon->compassPoints.size();
+    const std::vector<IEntity*>& layer = WorldManager::GetInstance()->layers[kSpawnedLayer];
+    auto from = layer.begin();
     for (std::size_t i = 0; i < places.size(); ++i) {
         const IEntity* entity = slot.spawned[i];
+        from = std::find(from, layer.end(), entity);
+        ASSERT_NE(from++, layer.end()) << "missing from layer 2 or out of order";
         ASSERT_EQ(entity->position, places[i]);
         ASSERT_TRUE(entity->active);
-        const auto* marker = dynamic_cast<const CompassEntity*>(entity);
-        ASSERT_EQ(marker != nullptr, i >= enemies);
-        if (marker != nullptr) {
-            ASSERT_EQ(marker->index, static_cast<std::int32_t>(i - enemies));
-        } else {
+        if (i < enemies) {
             ASSERT_NE(dynamic_cast<const DumbEnemy*>(entity), nullptr);
+        } else {
+            const auto& marker = dynamic_cast<const CompassEntity&>(*entity);
+            ASSERT_EQ(marker.index, static_cast<std::int32_t>(i - enemies));
         }
-    }
-}
-
-// The slot's entities must stand in layer 2 in their order, others' in between them allowed.
-void CheckInLayer(const CellSlot& slot) {
-    const std::vector<IEntity*>& layer = WorldManager::GetInstance()->layers[2];
-    auto from = layer.begin();
-    for (const IEntity* entity : slot.spawned) {
-        from = std::find(from, layer.end(), entity);
-        ASSERT_NE(from, layer.end())
-            << "an enemy or marker is missing from layer 2 or out of order";
-        ++from;
     }
 }
 
@@ -133,30 +132,32 @@ void CheckSlot(const CellSlot& slot, Vec2i expected, const std::vector<GridKey>&
         CheckDungeon(view.key, neighbors.size(), *view.dungeon);
     }
     CheckSpawned(slot, view.dungeon);
-    CheckInLayer(slot);
+}
+
+using Counts = std::map<std::int32_t, std::uint32_t>;
+
+template <typename Record>
+Counts CountsOf(const RecordTable<Record>& table) {
+    Counts counts;
+    for (const auto& held : table.ListHeld()) {
+        counts[held.id] = held.count;
+    }
+    return counts;
 }
 
 void CheckCounts(const SlotModel& model) {
-    std::map<std::int32_t, std::uint32_t> expected;
+    Counts dungeons;
     for (const Vec2i& cell : model.Cells()) {
         if (cell.x >= 0 && IsLand(cell)) {
-            expected[CellKey(cell).id] = 1;
+            dungeons[CellKey(cell).id] = 1;
         }
     }
-    std::map<std::int32_t, std::uint32_t> held;
-    for (const auto& entry : ASM_AssetManager::GetInstance()->GetDungeons().ListHeld()) {
-        held[entry.id] = entry.count;
+    Counts clusters;
+    for (const GridKey& key : BlockKeys(model.Cluster())) {
+        ++clusters[key.id];
     }
-    EXPECT_EQ(held, expected);
-    std::map<std::int32_t, std::uint32_t> block;
-    for (std::int32_t i = 0; i < 9; ++i) {
-        ++block[ClusterKey(model.Cluster() + Vec2i{i % 3 - 1, i / 3 - 1}).id];
-    }
-    std::map<std::int32_t, std::uint32_t> clusters;
-    for (const auto& entry : ASM_AssetManager::GetInstance()->GetClusters().ListHeld()) {
-        clusters[entry.id] = entry.count;
-    }
-    EXPECT_EQ(clusters, block);
+    EXPECT_EQ(CountsOf(ASM_AssetManager::GetInstance()->GetDungeons()), dungeons);
+    EXPECT_EQ(CountsOf(ASM_AssetManager::GetInstance()->GetClusters()), clusters);
 }
 
 } // namespace
@@ -180,10 +181,21 @@ void SlotModel::MoveTo(Vec2i center) {
     cluster = center / kClusterCells;
     for (std::size_t i = 0; i < toLoad.size(); ++i) {
         cells[freeSlots[i]] = toLoad[i];
-        const CellNeighborMap& graph = GraphAround(cluster);
+        const CellNeighborMap& graph = BlockAround(cluster).graph;
         const auto entry = graph.find(CellKey(toLoad[i]));
         neighbors[freeSlots[i]] = entry == graph.end() ? std::vector<GridKey>{} : entry->second;
     }
+}
+
+bool SlotModel::Follow(Vec2i place) {
+    const GridKey cell = CellKeyAt(place);
+    // Far apart, two cells can share an id; the world takes them for one then.
+    if (cell.id == lastCellId) {
+        return false;
+    }
+    lastCellId = cell.id;
+    MoveTo({cell.x, cell.y});
+    return true;
 }
 
 void CheckWorldAtRest(const SlotModel& model) {
@@ -195,7 +207,8 @@ void CheckWorldAtRest(const SlotModel& model) {
         CheckSlot(slot, model.Cells()[i], model.Neighbors(i));
         spawned += slot.spawned.size();
     }
-    EXPECT_EQ(world.layers[2].size(), spawned) << "something stale or doubled is in layer 2";
+    EXPECT_EQ(world.layers[kSpawnedLayer].size(), spawned)
+        << "something stale or doubled is in layer 2";
     EXPECT_EQ(world.entities.size(), kFixedEntities + spawned);
     CheckCounts(model);
 }

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "gen/GridKey.h"
@@ -17,6 +18,10 @@ public:
     /// Follows the player into a cell (cell coordinates).
     void MoveTo(Vec2i cell);
 
+    /// Does what a tick does with the player at a place (world units). True when that lies in
+    /// another cell than the place before.
+    bool Follow(Vec2i place);
+
     const std::array<Vec2i, 9>& Cells() const { return cells; }
     const std::vector<GridKey>& Neighbors(std::size_t slot) const { return neighbors[slot]; }
     Vec2i Cluster() const { return cluster; }
@@ -25,6 +30,7 @@ private:
     std::array<Vec2i, 9> cells;
     std::array<std::vector<GridKey>, 9> neighbors;
     Vec2i cluster;
+    std::int32_t lastCellId = kUnsetId;
 };
 
 /// Checks the world at rest (no load pending, one tick run since) against the model: slots, terrain

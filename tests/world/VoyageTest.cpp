@@ -52,17 +52,8 @@ protected:
         return game.World().GetTileAt(Player().position + step * kTileSize);
     }
 
-    void CheckDungeonHeld(Vec2i cell) {
-        for (const auto& held : ASM_AssetManager::GetInstance()->GetDungeons().ListHeld()) {
-            EXPECT_EQ(held.count, 1U);
-            found |= held.id == CellKey(cell).id;
-        }
-        EXPECT_TRUE(found);
-    }
-
     const QuietStderr quiet;
     GameHarness game{GameOptions{.start = TileAt(kLand, kStartTile)}};
-    bool found = false;
 };
 
 } // namespace
@@ -70,8 +61,10 @@ protected:
 TEST_F(VoyageTest, LandsWalksACorridorIsRefusedByWaterAndBoardsAgain) {
     game.TickOnly();
     game.Settle();
-    CheckDungeonHeld(kLand);
-    const std::size_t spawned = game.World().layers[2].size();
+    SlotModel model;
+    model.MoveTo(kLand);
+    CheckWorldAtRest(model);
+    const std::size_t spawned = game.World().layers[kSpawnedLayer].size();
     EXPECT_GT(spawned, 100U);
     EXPECT_EQ(Player().mode, PlayerEntity::kSailing);
 
@@ -116,32 +109,28 @@ TEST_F(VoyageTest, LandsWalksACorridorIsRefusedByWaterAndBoardsAgain) {
     EXPECT_EQ(Player().tileType, kTileEmpty);
     EXPECT_EQ(Player().speed, 1200.0f);
     EXPECT_FALSE(Boat().active);
-    EXPECT_EQ(game.World().layers[2].size(), spawned);
+    EXPECT_EQ(game.World().layers[kSpawnedLayer].size(), spawned);
 }
 
 TEST(SailingTest, SailsAcrossCellsIntoAnotherClusterWithoutAStallOrALeak) {
     const QuietStderr quiet;
     // Two cells from the border of the cluster at x = 16, along a row of sea.
     GameHarness game({.start = TileAt({14, 2}, {500, 256}), .hardwareThreads = 3});
+    const PlayerEntity& player = *game.World().player;
     SlotModel model;
-    Vec2i cell{14, 2};
-    model.MoveTo(cell);
     game.KeyDown(SDLK_d);
     for (int tick = 0; tick < 5000 && !HasFailure(); ++tick) {
+        const bool moved = model.Follow(player.position);
         game.TickOnly();
-        const Vec2i now = game.World().player->position / kCellSize;
-        if (!(now == cell)) {
-            // The tick after this one notices the new cell.
-            game.TickOnly();
-            cell = now;
-            model.MoveTo(cell);
+        if (moved) {
+            model.Follow(player.position);
             game.Settle();
             CheckWorldAtRest(model);
         }
     }
-    EXPECT_GE(cell.x, 18);
-    EXPECT_EQ(cell.y, 2);
-    EXPECT_EQ(game.World().player->mode, PlayerEntity::kSailing);
+    EXPECT_GE(player.position.x, CellOrigin({18, 2}).x);
+    EXPECT_EQ(CellKeyAt(player.position).y, 2);
+    EXPECT_EQ(player.mode, PlayerEntity::kSailing);
     EXPECT_NE(ASM_AssetManager::GetInstance()->FindCluster(ClusterKey({2, 0}).id), nullptr);
     EXPECT_EQ(ASM_AssetManager::GetInstance()->FindCluster(ClusterKey({-1, 0}).id), nullptr);
 }
