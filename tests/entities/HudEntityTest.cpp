@@ -30,14 +30,6 @@ bool IsLand(Vec2i cell) {
 
 class HudEntityTest : public testing::Test {
 protected:
-    static GameOptions Options() {
-        GameOptions options;
-        options.width = 1280;
-        options.height = 720;
-        options.start = CellCenter(kIsland);
-        return options;
-    }
-
     HudEntity& Hud() const { return dynamic_cast<HudEntity&>(*game.World().layers[kHudLayer][0]); }
 
     // Where the icons lie around the radar's centre, with the player at a world position.
@@ -51,43 +43,35 @@ protected:
         return offsets;
     }
 
-    static int CountOf(const std::vector<Vec2i>& offsets, Vec2i offset) {
-        return static_cast<int>(std::count(offsets.begin(), offsets.end(), offset));
-    }
-
-    GameHarness game{Options()};
+    GameHarness game{{.width = 1280, .height = 720, .start = CellCenter(kIsland)}};
 };
 
 } // namespace
 
-TEST_F(HudEntityTest, SitsTenPixelsFromTheUpperRightCorner) {
-    const TextureInfo* rose = GFX_GraphicsManager::GetInstance()->GetTexture("hud_compass.png");
-    EXPECT_EQ(Hud().compassTexture, rose);
-    EXPECT_EQ(Hud().islandTexture,
-              GFX_GraphicsManager::GetInstance()->GetTexture("island_icon.png"));
-    const SolidTexture compass(rose->width, rose->height, kTestRed);
-    Hud().compassTexture = &compass.info;
-    game.Capture([this] { Hud().Render(); });
-    EXPECT_EQ(game.BoundsOf(kTestRed),
-              (SDL_Rect{1280 - 10 - (rose->width + 1) / 2 - rose->width / 2 + rose->width % 2, 10,
-                        rose->width, rose->height}));
-}
-
 TEST_F(HudEntityTest, PlacesIconsInTheDirectionAndAtTheScaledDistanceOfLand) {
     ASSERT_TRUE(IsLand(kIsland));
     game.TickOnly(); // the clusters around are held from now on
-    EXPECT_EQ(CountOf(IconsAt(CellCenter({5, 3})), {20, 0}), 1) << "one cell to the east";
-    EXPECT_EQ(CountOf(IconsAt(CellCenter({7, 3})), {-20, 0}), 1) << "to the west";
-    EXPECT_EQ(CountOf(IconsAt(CellCenter({6, 2})), {0, -20}), 1) << "north is up";
-    EXPECT_EQ(CountOf(IconsAt(CellCenter({6, 5})), {0, 40}), 1) << "south is down";
-    EXPECT_EQ(CountOf(IconsAt(CellCenter({3, 0})), {35, -35}), 1) << "cut to the rim";
-    EXPECT_EQ(CountOf(IconsAt(CellCenter({9, 3})), {-50, 0}), 1) << "60 away, cut to the rim";
-    // The player's own cell, seen from a quarter cell beside its centre.
-    EXPECT_EQ(CountOf(IconsAt(CellCenter(kIsland) + Vec2i{3072, -3072}), {-5, -5}), 1);
-    EXPECT_EQ(CountOf(IconsAt(CellCenter(kIsland)), {0, 0}), 1);
+    struct Case {
+        Vec2i player;
+        Vec2i icon;
+        const char* meaning;
+    };
+    const Case cases[] = {
+        {CellCenter({5, 3}), {20, 0}, "the island lies to the east"},
+        {CellCenter({6, 2}), {0, -20}, "north is up"},
+        {CellCenter({6, 5}), {0, 40}, "two cells to the south"},
+        {CellCenter({3, 0}), {35, -35}, "cut to the rim"},
+        {CellCenter({9, 3}), {-50, 0}, "60 away, cut to the rim"},
+        {CellCenter(kIsland) + Vec2i{3072, -3072}, {-5, -5}, "the player's own cell"},
+    };
+    for (const Case& c : cases) {
+        const std::vector<Vec2i> icons = IconsAt(c.player);
+        EXPECT_EQ(std::count(icons.begin(), icons.end(), c.icon), 1) << c.meaning;
+    }
 }
 
-TEST_F(HudEntityTest, ShowsEveryLandCellWithinThreeCellsAndNoOther) {
+TEST_F(HudEntityTest, ShowsEveryLandCellWithinThreeCellsOfTheClustersHeld) {
+    EXPECT_TRUE(IconsAt(CellCenter(kIsland)).empty()) << "none is held before the first tick";
     game.TickOnly();
     for (const Vec2i cell : {Vec2i{6, 3}, {3, 3}, {2, 3}, {1, 7}, {14, 2}}) {
         std::size_t land = 0;
@@ -97,18 +81,23 @@ TEST_F(HudEntityTest, ShowsEveryLandCellWithinThreeCellsAndNoOther) {
             }
         }
         EXPECT_EQ(IconsAt(CellCenter(cell)).size(), land) << cell.x << " " << cell.y;
-        EXPECT_EQ(IconsAt(CellCenter(cell)).size(), land) << "the list is rebuilt";
     }
-}
-
-TEST_F(HudEntityTest, KnowsOnlyTheClustersThatAreHeld) {
-    EXPECT_TRUE(IconsAt(CellCenter(kIsland)).empty()) << "none is held before the first tick";
-    game.TickOnly();
-    EXPECT_FALSE(IconsAt(CellCenter(kIsland)).empty());
     const std::size_t held = ASM_AssetManager::GetInstance()->GetClusters().ListHeld().size();
     EXPECT_TRUE(IconsAt(CellCenter({1000, 1000})).empty());
     EXPECT_EQ(ASM_AssetManager::GetInstance()->GetClusters().ListHeld().size(), held)
         << "looking holds nothing";
+}
+
+TEST_F(HudEntityTest, SitsTenPixelsFromTheUpperRightCorner) {
+    GFX_GraphicsManager& graphics = *GFX_GraphicsManager::GetInstance();
+    const TextureInfo* rose = graphics.GetTexture("hud_compass.png");
+    EXPECT_EQ(Hud().compassTexture, rose);
+    EXPECT_EQ(Hud().islandTexture, graphics.GetTexture("island_icon.png"));
+    const SolidTexture compass(rose->width, rose->height, kTestRed);
+    Hud().compassTexture = &compass.info;
+    game.Capture([this] { Hud().Render(); });
+    EXPECT_EQ(game.BoundsOf(kTestRed),
+              (SDL_Rect{1280 - 10 - 2 * (rose->width / 2), 10, rose->width, rose->height}));
 }
 
 TEST_F(HudEntityTest, DrawsIconsCentredAndSkipsMissingImages) {

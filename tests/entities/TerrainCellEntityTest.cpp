@@ -2,7 +2,6 @@
 #include "entities/TerrainCellEntity.h"
 
 #include "entities/CameraEntity.h"
-#include "entities/PlayerEntity.h"
 #include "gfx/GFX_GraphicsManager.h"
 #include "support/GameHarness.h"
 #include "support/QuietStderr.h"
@@ -11,49 +10,49 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 namespace {
 
 constexpr Vec2i kLand{6, 3};
-constexpr SDL_Color kRed{255, 0, 0, 255};
+constexpr Vec2i kOrigin{6 * 12288, 3 * 12288};
 constexpr SDL_Color kYellow{255, 255, 0, 255};
-constexpr SDL_Color kBlack{0, 0, 0, 255};
 
-// A game with the camera alone on a tile of the land cell: nothing but terrain is drawn.
+// A game that shows nothing but the terrain of one land cell.
 class TerrainTest : public testing::Test {
 protected:
-    TerrainTest()
-        : game({.width = 481, .height = 361, .start = CellOrigin(kLand) + Vec2i{12, 12}}) {
+    TerrainTest() {
         game.TickOnly();
         game.Settle();
-        for (std::size_t layer = 1; layer < kLayerCount; ++layer) {
-            for (IEntity* entity : game.World().layers[layer]) {
-                entity->active = false;
+        for (const std::vector<IEntity*>& layer : game.World().layers) {
+            for (IEntity* entity : layer) {
+                entity->active = entity == game.World().cellGrid.FindLoaded(kLand);
             }
         }
     }
 
-    TerrainCellEntity::View View() const {
-        return game.World().cellGrid.FindLoaded(kLand)->GetView();
+    const DungeonRecord& Dungeon() const {
+        return *game.World().cellGrid.FindLoaded(kLand)->GetView().dungeon;
     }
 
     // The world point of a tile's centre.
-    static Vec2i Center(Vec2i tile) { return CellOrigin(kLand) + tile * kTileSize + Vec2i{12, 12}; }
+    static Vec2i Center(Vec2i tile) { return kOrigin + tile * kTileSize + Vec2i{12, 12}; }
 
     void LookAt(Vec2i world, float zoom) {
         game.World().camera->position = world;
         game.World().camera->zoom = zoom;
+        game.Capture();
     }
 
     // The colour at the centre of a tile of each value, read from the first tile that has it.
-    std::array<SDL_Color, 3> FindPalette(const DungeonRecord& dungeon) {
+    std::array<SDL_Color, 3> FindPalette() {
         std::array<SDL_Color, 3> palette{};
         for (std::uint8_t value = 0; value < 3; ++value) {
-            const auto found = std::find(dungeon.tiles.begin(), dungeon.tiles.end(), value);
-            const auto index = static_cast<std::int32_t>(found - dungeon.tiles.begin());
+            const auto& tiles = Dungeon().tiles;
+            const auto found = std::find(tiles.begin(), tiles.end(), value);
+            const auto index = static_cast<std::int32_t>(found - tiles.begin());
             const Vec2i tile{index % kCellTiles, index / kCellTiles};
             LookAt(Center(tile), 1.0f);
-            game.Capture();
             palette[value] = PixelOf(Center(tile));
         }
         return palette;
@@ -66,45 +65,53 @@ protected:
         return game.Pixel(point.x, point.y);
     }
 
+    bool Shows(Vec2i world, SDL_Color color) const { return SameColor(PixelOf(world), color); }
+
+    // An outline hangs from its upper left corner.
+    void ExpectOutline(Vec2i corner, Vec2i size, SDL_Color color) {
+        for (const float zoom : {1.0f, 0.5f}) {
+            LookAt(corner, zoom);
+            EXPECT_TRUE(Shows(corner, color));
+            EXPECT_TRUE(Shows(corner + Vec2i{20, 0}, color));
+            EXPECT_TRUE(Shows(corner - Vec2i{0, 20}, color));
+            EXPECT_FALSE(Shows(corner + Vec2i{20, -6}, color));
+            const Vec2i far = corner + Vec2i{size.x, -size.y};
+            LookAt(far, zoom);
+            // SDL draws the last column and row one pixel inside the size.
+            const Vec2i point = GFX_GraphicsManager::GetInstance()->WorldToScreen(far, far, zoom);
+            EXPECT_TRUE(SameColor(game.Pixel(point.x - 1, point.y - 1), color));
+            EXPECT_FALSE(SameColor(game.Pixel(point.x + 1, point.y + 1), color));
+        }
+    }
+
     const QuietStderr quiet;
-    GameHarness game;
+    GameHarness game{{.width = 481, .height = 361, .start = kOrigin}};
 };
 
 } // namespace
 
 TEST_F(TerrainTest, DrawsEveryTileInViewAsTheRecordHasIt) {
-    const DungeonRecord& dungeon = *View().dungeon;
-    const std::array<SDL_Color, 3> palette = FindPalette(dungeon);
+    const DungeonRecord& dungeon = Dungeon();
+    const std::array<SDL_Color, 3> palette = FindPalette();
     ASSERT_FALSE(SameColor(palette[0], palette[1]) || SameColor(palette[1], palette[2]) ||
                  SameColor(palette[0], palette[2]));
-
-    for (const float zoom : {1.0f, 2.0f}) {
-        for (const std::int32_t room : dungeon.mainRooms) {
-            const Vec2i center = dungeon.rooms[static_cast<std::size_t>(room)].center;
-            if (center.x < 20 || center.x > 490 || center.y < 20 || center.y > 490) {
-                continue;
-            }
-            LookAt(Center(center), zoom);
-            game.Capture();
-            const std::int32_t reachX = zoom > 1.0f ? 4 : 9;
-            const std::int32_t reachY = zoom > 1.0f ? 3 : 7;
-            for (std::int32_t dy = -reachY; dy <= reachY; ++dy) {
-                for (std::int32_t dx = -reachX; dx <= reachX; ++dx) {
-                    const Vec2i tile = center + Vec2i{dx, dy};
-                    ASSERT_TRUE(
-                        SameColor(PixelOf(Center(tile)), palette[dungeon.TileAt(tile.x, tile.y)]))
-                        << "tile " << tile.x << ", " << tile.y << " at zoom " << zoom;
-                }
+    for (const std::int32_t room : dungeon.mainRooms) {
+        const Vec2i center = dungeon.rooms[static_cast<std::size_t>(room)].center;
+        if (center.x < 20 || center.x > 490 || center.y < 20 || center.y > 490) {
+            continue;
+        }
+        LookAt(Center(center), 1.0f);
+        for (std::int32_t dy = -7; dy <= 7; ++dy) {
+            for (std::int32_t dx = -9; dx <= 9; ++dx) {
+                const Vec2i tile = center + Vec2i{dx, dy};
+                ASSERT_TRUE(Shows(Center(tile), palette[dungeon.TileAt(tile.x, tile.y)]))
+                    << "tile " << tile.x << ", " << tile.y;
             }
         }
     }
 }
 
 TEST_F(TerrainTest, DrawsTheTilesOfTheWindowOfZoomOneWhateverTheZoom) {
-    for (std::size_t slot = 0; slot < CellGrid::kSlotCount; ++slot) {
-        TerrainCellEntity* cell = game.World().cellGrid.GetEntity(slot);
-        cell->active = cell == game.World().cellGrid.FindLoaded(kLand);
-    }
     // The window is 481 x 361: at zoom 1 it reaches 240 units to each side and 180 up and down.
     struct Case {
         Vec2i camera; // from the cell's origin, world units
@@ -122,16 +129,12 @@ TEST_F(TerrainTest, DrawsTheTilesOfTheWindowOfZoomOneWhateverTheZoom) {
         {{6156, 12288 + 240}, {0, 512}, {0, 511}, "above the cell"},
         {{-241, 6156}, {0, 0}, {-1, 0}, "left of the cell"},
         {{-240, 6156}, {0, 249}, {0, 264}, "its left edge exactly on the window's right edge"},
-        {{6156, -203},
-         {246, 0},
-         {266, 0},
-         "the first row is drawn while it is less than a tile off"},
+        {{6156, -203}, {246, 0}, {266, 0}, "the first row, less than a tile off"},
         {{6156, -204}, {0, 0}, {0, -1}, "a whole tile below the cell"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.meaning);
-        LookAt(CellOrigin(kLand) + c.camera, 0.5f);
-        game.Capture();
+        LookAt(kOrigin + c.camera, 0.5f);
         // At zoom 0.5 a tile is 12 pixels wide, centred on its truncated place.
         const auto place = [&](Vec2i tile) {
             const Vec2i offset = (tile * 24 + Vec2i{12, 12} - c.camera) * 0.5f;
@@ -146,49 +149,28 @@ TEST_F(TerrainTest, DrawsTheTilesOfTheWindowOfZoomOneWhateverTheZoom) {
     }
 }
 
-TEST_F(TerrainTest, OverlaysShowWhereTheyBelongAndLeaveTheColourAlone) {
+TEST_F(TerrainTest, OverlaysShowWhereTheyBelong) {
     WorldManager& world = game.World();
-    const DungeonRecord& dungeon = *View().dungeon;
-    const Vec2i origin = CellOrigin(kLand);
-    const auto look = [&](Vec2i place, float zoom) {
-        LookAt(place, zoom);
-        game.Capture();
-    };
-    // An outline hangs from its upper left corner; (x, y) of a room is above its rows.
-    const auto expectOutline = [&](Vec2i corner, Vec2i size, SDL_Color color) {
-        for (const float zoom : {1.0f, 0.5f}) {
-            look(corner, zoom);
-            EXPECT_TRUE(SameColor(PixelOf(corner), color));
-            EXPECT_TRUE(SameColor(PixelOf(corner + Vec2i{20, 0}), color));
-            EXPECT_TRUE(SameColor(PixelOf(corner - Vec2i{0, 20}), color));
-            EXPECT_FALSE(SameColor(PixelOf(corner + Vec2i{20, -6}), color));
-            const Vec2i far = corner + Vec2i{size.x, -size.y};
-            look(far, zoom);
-            // SDL draws the last column and row one pixel inside the size.
-            const Vec2i point = GFX_GraphicsManager::GetInstance()->WorldToScreen(far, far, zoom);
-            EXPECT_TRUE(SameColor(game.Pixel(point.x - 1, point.y - 1), color));
-            EXPECT_FALSE(SameColor(game.Pixel(point.x + 1, point.y + 1), color));
-        }
-    };
+    const DungeonRecord& dungeon = Dungeon();
     world.renderDungeonRooms = true;
     for (const std::size_t index : {std::size_t{0}, dungeon.rooms.size() - 1}) {
         const DungeonRoom& room = dungeon.rooms[index];
-        expectOutline(origin + Vec2i{room.x, room.y} * 24, Vec2i{room.w, room.h} * 24, kYellow);
+        ExpectOutline(kOrigin + Vec2i{room.x, room.y} * 24, Vec2i{room.w, room.h} * 24, kYellow);
     }
     world.renderDungeonRooms = false;
 
     world.renderHallways = true;
     const DungeonRoom& hallway = dungeon.hallways[0];
-    expectOutline(origin + Vec2i{hallway.minCorner.x, hallway.minCorner.y + hallway.h} * 24,
-                  Vec2i{hallway.w, hallway.h} * 24, kRed);
+    ExpectOutline(kOrigin + (hallway.minCorner + Vec2i{0, hallway.h}) * 24,
+                  Vec2i{hallway.w, hallway.h} * 24, kTestRed);
     world.renderHallways = false;
 
     world.renderMinSpanningTree = true;
     for (const DungeonEdge& edge : dungeon.hallwayEdges) {
         for (const std::int32_t end : {edge.a, edge.b}) {
-            const Vec2i place = origin + dungeon.rooms[static_cast<std::size_t>(end)].center * 24;
-            look(place, 1.0f);
-            ASSERT_TRUE(SameColor(PixelOf(place), kTestGreen)) << "room " << end;
+            const Vec2i place = kOrigin + dungeon.rooms[static_cast<std::size_t>(end)].center * 24;
+            LookAt(place, 1.0f);
+            ASSERT_TRUE(Shows(place, kTestGreen)) << "room " << end;
         }
     }
     world.renderMinSpanningTree = false;
@@ -196,25 +178,29 @@ TEST_F(TerrainTest, OverlaysShowWhereTheyBelongAndLeaveTheColourAlone) {
     world.renderCellBorder = true;
     for (const Vec2i middle :
          {Vec2i{0, 6000}, Vec2i{6000, 12288}, Vec2i{12288, 6000}, Vec2i{6000, 0}}) {
-        look(origin + middle, 1.0f);
+        const Vec2i place = kOrigin + middle;
+        LookAt(place, 1.0f);
         const Vec2i along = middle.x % 12288 == 0 ? Vec2i{0, 100} : Vec2i{100, 0};
-        EXPECT_TRUE(SameColor(PixelOf(origin + middle + along), kRed));
-        EXPECT_TRUE(SameColor(PixelOf(origin + middle - along), kRed));
-        EXPECT_FALSE(SameColor(PixelOf(origin + middle + along + Vec2i{3, 3}), kRed));
+        EXPECT_TRUE(Shows(place + along, kTestRed));
+        EXPECT_TRUE(Shows(place - along, kTestRed));
+        EXPECT_FALSE(Shows(place + along + Vec2i{3, 3}, kTestRed));
     }
-
-    SDL_Color color{1, 1, 1, 1};
-    SDL_GetRenderDrawColor(GFX_GraphicsManager::GetInstance()->renderer, &color.r, &color.g,
-                           &color.b, &color.a);
-    EXPECT_TRUE(SameColor(color, kBlack));
 }
 
-TEST_F(TerrainTest, TileLookUpsStopAtTheCellsEdges) {
-    const TerrainCellEntity& entity = *game.World().cellGrid.FindLoaded(kLand);
-    const DungeonRecord& dungeon = *View().dungeon;
+TEST_F(TerrainTest, TilesAreLookedUpInLoadedCellsOnly) {
+    WorldManager& world = game.World();
+    const DungeonRecord& dungeon = Dungeon();
     const DungeonRoom& room = dungeon.rooms[static_cast<std::size_t>(dungeon.mainRooms[0])];
-    EXPECT_EQ(entity.TileAt(Center(room.center)), kTileRoom);
-    EXPECT_EQ(game.World().GetTileAt(Center(room.center)), kTileRoom);
-    EXPECT_EQ(entity.TileAt(CellOrigin(kLand) - Vec2i{25, 0}), kTileEmpty);
-    EXPECT_EQ(entity.TileAt(CellOrigin(kLand) + Vec2i{12288, 0}), kTileEmpty);
+    const Vec2i corner = Center(room.center) - Vec2i{12, 12};
+    EXPECT_EQ(world.GetTileAt(corner), kTileRoom);
+    EXPECT_EQ(world.GetTileAt(corner + Vec2i{23, 23}), kTileRoom);
+    EXPECT_EQ(world.GetTileAt(corner + Vec2i{3 * kCellSize, 0}), kTileEmpty) << "not loaded";
+    EXPECT_EQ(world.GetTileAt({-1, -1}), kTileEmpty);
+    EXPECT_EQ(world.GetTileAt({std::numeric_limits<std::int32_t>::min(), 5}), kTileEmpty);
+    const TerrainCellEntity& entity = *world.cellGrid.FindLoaded(kLand);
+    EXPECT_EQ(entity.TileAt(kOrigin - Vec2i{25, 0}), kTileEmpty);
+    EXPECT_EQ(entity.TileAt(kOrigin + Vec2i{12288, 0}), kTileEmpty);
+    // A cell that is asked for anew reads as water until it is there.
+    world.cellGrid.Update({100 * kCellSize, 100 * kCellSize});
+    EXPECT_EQ(world.GetTileAt(corner), kTileEmpty);
 }
