@@ -59,6 +59,13 @@ void Fill(const SDL_Rect& rect, const SDL_Color& color) {
     graphics.FillScreenRect(rect);
 }
 
+void DrawCross(Vec2i point, std::int32_t reach, const SDL_Color& color) {
+    const Vec2i across{reach, 0};
+    const Vec2i upright{0, reach};
+    Graphics().DrawLine(point - across, point + across, color);
+    Graphics().DrawLine(point - upright, point + upright, color);
+}
+
 } // namespace
 
 MapEntity::MapEntity() {
@@ -120,10 +127,10 @@ void MapEntity::Render() {
     } else {
         RenderDetail();
     }
-    RenderCross(center, 2, kYellow);
+    DrawCross(center, 2, kYellow);
     const Vec2i player = WorldToMap(WorldManager::GetInstance()->player->position);
     if (IsInFrame(player)) {
-        RenderCross(player, 3, kRed);
+        DrawCross(player, 3, kRed);
     }
 }
 
@@ -187,11 +194,4 @@ void MapEntity::AddArea(Vec2i cell, const DungeonRoom& room, const SDL_Color& co
     const Vec2i size = ToVec2i(ToVec2f(Vec2i{room.w, room.h} * kTileSize) * (zoom * worldToMap));
     const Vec2i upperLeft{corner.x, SaturatingAdd(corner.y, size.y)};
     marks.push_back({ScreenRect(upperLeft, size), color});
-}
-
-void MapEntity::RenderCross(Vec2i point, std::int32_t reach, const SDL_Color& color) const {
-    const Vec2i across{reach, 0};
-    const Vec2i upright{0, reach};
-    Graphics().DrawLine(point - across, point + across, color);
-    Graphics().DrawLine(point - upright, point + upright, color);
 }

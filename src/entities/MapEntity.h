@@ -2,9 +2,9 @@
 // around the player or, zoomed in, the dungeons of the loaded cells.
 //
 // Map units: a cell is 50 wide; at zoom 1 a map unit is a window pixel. Window points here have y
-// up. The world manager owns the map, which is active only in map mode. Main thread; generated
-// records are read in place where the main thread holds them and copied where load jobs may change
-// them.
+// up. The world manager owns the map, which is active only in map mode. Main thread; cluster
+// records are read in place, as the main thread holds them, and dungeon records under their cell's
+// lock, as load jobs may replace them.
 #pragma once
 
 #include <cstdint>
@@ -61,7 +61,6 @@ private:
     void RenderDetail();
     void AddDungeon(Vec2i cell, const DungeonRecord& record);
     void AddArea(Vec2i cell, const DungeonRoom& room, const SDL_Color& color);
-    void RenderCross(Vec2i point, std::int32_t reach, const SDL_Color& color) const;
 
     Vec2i ToWindow(Vec2f world) const;
     bool IsInFrame(Vec2i point) const;

@@ -11,6 +11,16 @@ namespace {
 
 constexpr int kDeadZone = 5000;
 
+constexpr int kMapButton = 4; // of the joystick, as SDL counts them
+
+// The joystick's axes, as SDL counts them.
+constexpr int kMoveAxisX = 0;
+constexpr int kMoveAxisY = 1;
+constexpr int kPanAxisX = 2;
+constexpr int kPanAxisY = 3;
+constexpr int kZoomOutTrigger = 4;
+constexpr int kZoomInTrigger = 5;
+
 // An axis value from -32768 to 32767 as a fraction from 0 to 1.
 double AxisFraction(int value) {
     return (value + 32768) / 65535.0;
@@ -65,7 +75,7 @@ void CMN_InputManager::Handle(const SDL_Event& event) {
         HandleButtonDown(event.jbutton);
         break;
     case SDL_JOYBUTTONUP:
-        if (event.jbutton.button == 4) {
+        if (event.jbutton.button == kMapButton) {
             Release(InputAction::Map);
         }
         break;
@@ -177,22 +187,22 @@ void CMN_InputManager::HandleKeyUp(const SDL_KeyboardEvent& event) {
 
 void CMN_InputManager::HandleAxis(const SDL_JoyAxisEvent& event) {
     switch (event.axis) {
-    case 0:
+    case kMoveAxisX:
         Set(InputAction::MoveHorizontal, StickValue(event.value));
         break;
-    case 1:
+    case kMoveAxisY:
         Set(InputAction::MoveVertical, -StickValue(event.value));
         break;
-    case 2:
+    case kPanAxisX:
         Set(InputAction::PanHorizontal, StickValue(event.value));
         break;
-    case 3:
+    case kPanAxisY:
         Set(InputAction::PanVertical, -StickValue(event.value));
         break;
-    case 4:
+    case kZoomOutTrigger:
         Set(InputAction::ZoomOut, TriggerValue(event.value));
         break;
-    case 5:
+    case kZoomInTrigger:
         Set(InputAction::ZoomIn, TriggerValue(event.value));
         break;
     default:
@@ -203,7 +213,7 @@ void CMN_InputManager::HandleAxis(const SDL_JoyAxisEvent& event) {
 void CMN_InputManager::HandleButtonDown(const SDL_JoyButtonEvent& event) {
     std::cout << "button" << std::endl;
     switch (event.button) {
-    case 4:
+    case kMapButton:
         Set(InputAction::Map, 1.0f);
         Stamp(InputAction::Map);
         break;
