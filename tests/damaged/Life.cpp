@@ -34,14 +34,6 @@ void Frames(int count) {
     }
 }
 
-bool WaitForLoads() {
-    if (!World().cellGrid.WaitForLoads(kDeadline)) {
-        std::puts("a load does not end");
-        return false;
-    }
-    return true;
-}
-
 void Push(std::uint32_t type, SDL_Keycode key) {
     SDL_Event event{};
     event.type = type;
@@ -93,7 +85,8 @@ int main(int /*argc*/, char** /*argv*/) {
         return 1;
     }
     Frames(2);
-    if (!WaitForLoads()) {
+    if (!World().cellGrid.WaitForLoads(kDeadline)) {
+        std::puts("a load does not end");
         return 3;
     }
     Frames(2);

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Writes the fuzz targets' hand-made seeds (corpus/<target>/seed-*), which each target's reader
-explains. Inputs that a fuzzer has found stand beside them under their hashes."""
+"""Writes the fuzz targets' hand-made binary seeds (corpus/<target>/seed-*), which each target's
+reader explains. Inputs that a fuzzer has found stand beside them under their hashes."""
 import pathlib
 import random
 import struct
@@ -37,24 +37,6 @@ def triangulate_seeds():
         "rooms": bytes([3]) + b"".join(struct.pack("<2h", draw.randrange(1024),
                                                    draw.randrange(1024)) for _ in range(30)),
         "small-ids": bytes([13]) + bytes(draw.randrange(256) for _ in range(60)),
-    }
-
-
-def configuration_seeds():
-    full = ("[resource]\nmode = dev\n[graphics]\nwidth = 320\nheight = 200\n[world]\n"
-            "start_pos_x = 81756\nstart_pos_y = 38940\nstart_zoom = 1.5\n")
-    return {
-        "full": full.encode() + b" " * (-len(full) % 8),
-        "empty": b"",
-        "hexadecimal": b"[graphics]\nwidth=0x40\nheight = 0X30\n",
-        "left-over": b"[graphics]\nwidth = 1024px\nheight =\n[world]\nstart_zoom = abc\n",
-        "negative": b"[world]\nstart_pos_x = -5\nstart_pos_y = -2147483649\n",
-        "huge": b"[graphics]\nwidth = 99999999999999999999\n[world]\nstart_zoom = 1e999\n",
-        "marked": b"\xef\xbb\xbf[resource]\r\nmode = Dev\r\n; note\r\n# note\r\n",
-        "twice": b"[graphics]\nwidth=1\nwidth=2\n[graphics]\nwidth=3\n[GRAPHICS]\nHEIGHT=4\n",
-        "several-lines": b"[resource]\nmode = <<<END\ndev\nEND\n",
-        "long": b"[graphics]\nwidth = " + b"1" * 70 + b"\n",
-        "bytes": bytes(range(256)),
     }
 
 
@@ -131,6 +113,5 @@ def jumps_seeds():
 
 if __name__ == "__main__":
     write("triangulate", triangulate_seeds())
-    write("configuration", configuration_seeds())
     write("events", events_seeds())
     write("jumps", jumps_seeds())

@@ -5,11 +5,12 @@
 //
 // Ends at once, with an error, when a check fails. The window, the driver and the renderer are
 // SDL's choice in the second way; its environment variables tell it otherwise.
-#include "MemorySample.h"
 #include "RealTimePlay.h"
 #include "SimulatedPlay.h"
 
 #include "app/Application.h"
+#include "support/GameHarness.h"
+#include "support/TemporaryFile.h"
 
 #include <SDL.h>
 #include <gtest/gtest.h>
@@ -17,12 +18,14 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
 #include <vector>
 
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
 #include <unistd.h>
 
 namespace {
@@ -32,20 +35,36 @@ constexpr std::size_t kTicksPerSample = 5000;
 constexpr double kMega = 1024.0 * 1024.0;
 
 bool Start(int width, int height) {
+    const TemporaryFile configuration(
+        ConfigurationText({.width = width, .height = height, .start = kHome, .zoom = "1.3333334"}));
     StartOptions options;
-    options.configurationFile = (std::filesystem::temp_directory_path() /
-                                 ("vesk-soak-" + std::to_string(getpid()) + ".ini"))
-                                    .string();
-    std::ofstream(options.configurationFile)
-        << "[graphics]\nwidth = " << width << "\nheight = " << height
-        << "\n[world]\nstart_pos_x = " << kHome.x << "\nstart_pos_y = " << kHome.y
-        << "\nstart_zoom = 1.3333334\n";
-    const bool started = StartUp(options);
-    std::filesystem::remove(options.configurationFile);
-    return started;
+    options.configurationFile = configuration.Path();
+    return StartUp(options);
 }
 
-void PrintSample(const SimulatedPlay& play, const MemorySample& sample) {
+struct MemorySample {
+    std::size_t resident = 0; ///< bytes in the machine's memory
+    std::size_t heap = 0;     ///< bytes allocated and not freed; 0 where the system does not tell
+};
+
+MemorySample TakeMemorySample() {
+    std::ifstream file("/proc/self/statm");
+    std::size_t total = 0;
+    std::size_t residentPages = 0;
+    file >> total >> residentPages;
+    MemorySample sample;
+    sample.resident = residentPages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+#if defined(__GLIBC__)
+    // Sanitizers replace the allocator, and its own book says 0 then.
+    const struct mallinfo2 book = mallinfo2();
+    sample.heap = book.uordblks + book.hblkhd;
+#endif
+    return sample;
+}
+
+void SampleAtHome(SimulatedPlay& play) {
+    play.RestAt(kHome);
+    const MemorySample sample = TakeMemorySample();
     std::printf("%8zu ticks %6zu rests %8zu arrivals %8.2f MiB resident %8.2f MiB heap\n",
                 play.Ticks(), play.Rests(), play.Arrivals(),
                 static_cast<double>(sample.resident) / kMega,
@@ -53,17 +72,8 @@ void PrintSample(const SimulatedPlay& play, const MemorySample& sample) {
     std::fflush(stdout);
 }
 
-MemorySample SampleAtHome(SimulatedPlay& play) {
-    play.RestAt(kHome);
-    const MemorySample sample = TakeMemorySample();
-    PrintSample(play, sample);
-    return sample;
-}
-
 int Simulate(std::size_t ticks, unsigned seed) {
-    SDL_SetHint(SDL_HINT_VIDEODRIVER, "dummy");
-    SDL_SetHint(SDL_HINT_RENDER_DRIVER, "software");
-    SDL_SetHint(SDL_HINT_RENDER_VSYNC, "0");
+    UseHeadlessDrivers();
     if (!Start(320, 240)) {
         return 1;
     }
