@@ -24,6 +24,11 @@ constexpr std::size_t SecondEnd(std::size_t side) {
     return side == 2 ? 1 : 2;
 }
 
+// Does it lead to a triangle, over an edge that may have to be flipped?
+constexpr bool IsOpen(Link link) {
+    return link >= 0 && (link & kSettledBit) == 0;
+}
+
 constexpr Link Unsettled(Link link) {
     return link & ~kSettledBit;
 }
@@ -83,19 +88,23 @@ void DelaunayQuickFlips::FetchNeighbors(std::int32_t t) const {
 
 // Tries the triangle's edges; at most one is flipped.
 void DelaunayQuickFlips::VisitTriangle(std::int32_t t) {
-    if (!TryEdge<kSideBC>(t) && !TryEdge<kSideAB>(t)) {
-        TryEdge<kSideAC>(t);
+    const MeshTriangle& triangle = triangles[static_cast<std::size_t>(t)];
+    if (IsOpen(triangle.links[kSideBC]) && FlipEdge<kSideBC>(t)) {
+        return;
+    }
+    if (IsOpen(triangle.links[kSideAB]) && FlipEdge<kSideAB>(t)) {
+        return;
+    }
+    if (IsOpen(triangle.links[kSideAC])) {
+        FlipEdge<kSideAC>(t);
     }
 }
 
-// Whether the edge was flipped.
+// Flips an open edge if it should be; settles it otherwise.
 template <std::size_t side>
-bool DelaunayQuickFlips::TryEdge(std::int32_t t) {
+bool DelaunayQuickFlips::FlipEdge(std::int32_t t) {
     MeshTriangle& triangle = triangles[static_cast<std::size_t>(t)];
     const Link link = triangle.links[side];
-    if (link < 0 || (link & kSettledBit) != 0) {
-        return false;
-    }
     const std::int32_t t2 = LinkedTriangle(link);
     const std::size_t back = LinkedSide(link);
     MeshTriangle& other = triangles[static_cast<std::size_t>(t2)];

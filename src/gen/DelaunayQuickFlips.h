@@ -30,7 +30,7 @@ private:
     void FetchNeighbors(std::int32_t t) const;
     void VisitTriangle(std::int32_t t);
     template <std::size_t side>
-    bool TryEdge(std::int32_t t);
+    bool FlipEdge(std::int32_t t);
     void SetLinkBack(Link link, std::int32_t triangle, std::size_t side);
 
     std::vector<MeshTriangle>& triangles;

@@ -119,44 +119,46 @@ using Adjacency = decltype(DungeonRecord::adjacency);
 class AdjacencyWriter {
 public:
     AdjacencyWriter(std::size_t roomCount, Adjacency& map)
-        : adjacency(map), lists(roomCount, nullptr) {}
+        : adjacency(map), ends(roomCount, nullptr) {}
 
+    /// Gives every corner's room a list as long as it will be.
     void MakeEntries(const std::vector<DelaunayTriangle>& triangles) {
-        std::vector<char> linked(lists.size(), 0);
+        std::vector<std::size_t> corners(ends.size(), 0);
         for (const DelaunayTriangle& t : triangles) {
             for (const std::int32_t corner : {t.a, t.b, t.c}) {
-                linked[static_cast<std::size_t>(corner)] = 1;
+                ++corners[static_cast<std::size_t>(corner)];
             }
         }
         Adjacency old;
         old.swap(adjacency);
-        for (std::size_t room = 0; room < lists.size(); ++room) {
-            if (linked[room] != 0) {
-                lists[room] = MakeEntry(static_cast<std::uint32_t>(room), old);
+        for (std::size_t room = 0; room < ends.size(); ++room) {
+            if (corners[room] != 0) {
+                std::vector<std::int32_t>& list = MakeEntry(static_cast<std::uint32_t>(room), old);
+                list.resize(2 * corners[room]);
+                ends[room] = list.data();
             }
         }
     }
 
     /// Adds two neighbours to a room, in this order.
     void Append(std::int32_t room, std::int32_t first, std::int32_t second) {
-        std::vector<std::int32_t>& list = *lists[static_cast<std::size_t>(room)];
-        list.push_back(first);
-        list.push_back(second);
+        std::int32_t*& end = ends[static_cast<std::size_t>(room)];
+        *end++ = first;
+        *end++ = second;
     }
 
 private:
-    std::vector<std::int32_t>* MakeEntry(std::uint32_t room, Adjacency& old) {
+    std::vector<std::int32_t>& MakeEntry(std::uint32_t room, Adjacency& old) {
         if (old.empty()) {
-            return &adjacency.try_emplace(adjacency.end(), room)->second;
+            return adjacency.try_emplace(adjacency.end(), room)->second;
         }
         auto node = old.extract(old.begin());
         node.key() = room;
-        node.mapped().clear();
-        return &adjacency.insert(adjacency.end(), std::move(node))->second;
+        return adjacency.insert(adjacency.end(), std::move(node))->second;
     }
 
     Adjacency& adjacency;
-    std::vector<std::vector<std::int32_t>*> lists; // by room; null for rooms in no triangle
+    std::vector<std::int32_t*> ends; // by room, of what its list holds so far; null without a list
 };
 
 // Grows a spanning tree: knows, for every main room outside, the best edge that joins it to the

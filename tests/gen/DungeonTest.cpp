@@ -401,6 +401,7 @@ TEST(DungeonHallways, RoomsPaintOverCorridorsAndSmallRoomsNotAtAll) {
 
 TEST(DungeonTree, AddsThreeEdgesForEveryTenAndCountsReversedOnesAsNew) {
     const auto record = std::make_unique<DungeonRecord>();
+    record->rooms.resize(12);
     for (std::int32_t i = 0; i < 11; ++i) {
         record->hallwayEdges.push_back({i, i + 1, 1});
     }
