@@ -150,18 +150,23 @@ void MeasureFirstFrame(int jumps) {
                 jumps, worst / tick);
 }
 
+// From the shipped start, with land around, through so many cells to the east and back.
 void MeasureMemory(std::int32_t cells) {
-    BenchGame game({12, 12 + 40 * kCellSize});
+    constexpr Vec2i home{81756, 38940};
+    BenchGame game(home);
+    game.World().Render();
     const double start = ResidentMiB();
     for (std::int32_t cell = 0; cell < cells; ++cell) {
         PlayerEntity& player = *game.World().player;
         player.PlaceAt(player.position + Vec2i{kCellSize, 0});
         game.Tick();
         game.Settle();
+        game.World().Render();
     }
-    game.World().player->PlaceAt({12, 12 + 40 * kCellSize});
+    game.World().player->PlaceAt(home);
     game.Tick();
     game.Settle();
+    game.World().Render();
     const double end = ResidentMiB();
     std::printf("Resident memory: %.2f MiB after start, %.2f MiB after %d cells and back (%+.2f)\n",
                 start, end, cells, end - start);
