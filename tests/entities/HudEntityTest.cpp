@@ -88,34 +88,28 @@ TEST_F(HudEntityTest, ShowsEveryLandCellWithinThreeCellsOfTheClustersHeld) {
         << "looking holds nothing";
 }
 
-TEST_F(HudEntityTest, SitsTenPixelsFromTheUpperRightCorner) {
+TEST_F(HudEntityTest, SitsInTheUpperRightCornerAndSkipsMissingImages) {
     GFX_GraphicsManager& graphics = *GFX_GraphicsManager::GetInstance();
     const TextureInfo* rose = graphics.GetTexture("hud_compass.png");
     EXPECT_EQ(Hud().compassTexture, rose);
     EXPECT_EQ(Hud().islandTexture, graphics.GetTexture("island_icon.png"));
     const SolidTexture compass(rose->width, rose->height, kTestRed);
-    Hud().compassTexture = &compass.info;
-    game.Capture([this] { Hud().Render(); });
-    EXPECT_EQ(game.BoundsOf(kTestRed),
-              (SDL_Rect{1280 - 10 - 2 * (rose->width / 2), 10, rose->width, rose->height}));
-}
-
-TEST_F(HudEntityTest, DrawsIconsCentredAndSkipsMissingImages) {
-    const SolidTexture compass(100, 100, kTestRed);
     const SolidTexture island(9, 6, kTestGreen);
-    Hud().position = {1220, 60};
-    Hud().icons = {{1240, 50}};
     Hud().compassTexture = &compass.info;
     Hud().islandTexture = &island.info;
+    Hud().icons = {Hud().position};
     game.World().camera->zoom = 0.1f; // the radar ignores the view
     game.Capture([this] { Hud().Render(); });
-    EXPECT_EQ(game.BoundsOf(kTestRed), (SDL_Rect{1170, 10, 100, 100}));
-    EXPECT_EQ(game.BoundsOf(kTestGreen), (SDL_Rect{1236, 47, 9, 6}));
+    const Vec2i half{rose->width / 2, rose->height / 2};
+    EXPECT_EQ(game.BoundsOf(kTestRed),
+              (SDL_Rect{1280 - 10 - 2 * half.x, 10, rose->width, rose->height}));
+    const SDL_Rect icon{1280 - 10 - half.x - 4, 10 + half.y - 3, 9, 6};
+    EXPECT_EQ(game.BoundsOf(kTestGreen), icon);
     EXPECT_EQ(game.CountOf(kTestGreen), 54) << "icons lie above the rose";
 
     Hud().compassTexture = nullptr;
     game.Capture([this] { Hud().Render(); });
-    EXPECT_EQ(game.DrawnBounds(), (SDL_Rect{1236, 47, 9, 6}));
+    EXPECT_EQ(game.DrawnBounds(), icon);
     Hud().islandTexture = nullptr;
     game.Capture([this] { Hud().Render(); });
     EXPECT_EQ(game.DrawnBounds(), SDL_Rect{});

@@ -12,7 +12,6 @@
 
 #include <array>
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <string>
 #include <vector>
@@ -37,8 +36,6 @@ void SetInput(float horizontal, float vertical) {
 
 class PlayerEntityTest : public testing::Test {
 protected:
-    explicit PlayerEntityTest(Vec2i start = kStart) : game({.start = start}) {}
-
     PlayerEntity& Player() const { return *game.World().player; }
 
     // Expects the player to show these lines of information and, but for the one pixel at the
@@ -55,64 +52,43 @@ protected:
         EXPECT_EQ(expected.Difference(game), "");
     }
 
-    GameHarness game;
+    GameHarness game{{.start = kStart}};
 };
 
-// A game in which a land cell is loaded. A shore is a land tile with water to its left and above,
-// and land to its right.
+// A game in which a land cell is loaded, with a shore: a land tile that has water to its left and
+// above and two land tiles to its right.
 class IslandTest : public PlayerEntityTest {
 protected:
-    IslandTest() : PlayerEntityTest(CellOrigin(kLandCell) + Vec2i{12, 12}) {
+    void SetUp() override {
+        Player().PlaceAt(CellOrigin(kLandCell));
         game.TickOnly();
         game.Settle();
-    }
-
-    void SetUp() override {
         const TerrainCellEntity* cell = game.World().cellGrid.FindLoaded(kLandCell);
         ASSERT_NE(cell, nullptr);
         dungeon = cell->GetView().dungeon;
         ASSERT_NE(dungeon, nullptr) << "the cell is no land";
-        shore = FindTile([this](Vec2i t) {
-            return Tile(t) != 0 && Tile(t + Vec2i{-1, 0}) == 0 && Tile(t + Vec2i{0, 1}) == 0 &&
-                   Tile(t + Vec2i{1, 0}) != 0;
-        });
+        while (!IsShore(shore)) {
+            shore = shore.x < kCellTiles - 3 ? shore + Vec2i{1, 0} : Vec2i{1, shore.y + 1};
+            ASSERT_LT(shore.y, kCellTiles - 1) << "the cell has no shore";
+        }
+    }
+
+    bool IsShore(Vec2i t) const {
+        const auto isLand = [&](Vec2i tile) { return dungeon->TileAt(tile.x, tile.y) != 0; };
+        return isLand(t) && isLand(t + Vec2i{1, 0}) && isLand(t + Vec2i{2, 0}) &&
+               !isLand(t - Vec2i{1, 0}) && !isLand(t + Vec2i{0, 1});
     }
 
     AnchoredBoatEntity& Boat() const { return *game.World().anchoredBoat; }
 
-    // The world position of a tile's centre.
-    static Vec2i Center(Vec2i tile) {
-        return CellOrigin(kLandCell) + tile * kTileSize + Vec2i{12, 12};
-    }
-
-    std::uint8_t Tile(Vec2i tile) const { return dungeon->TileAt(tile.x, tile.y); }
-
-    // The first tile, row by row, for which the condition holds.
-    static Vec2i FindTile(const std::function<bool(Vec2i)>& fits) {
-        for (std::int32_t y = 1; y < kCellTiles - 1; ++y) {
-            for (std::int32_t x = 3; x < kCellTiles - 1; ++x) {
-                if (fits({x, y})) {
-                    return {x, y};
-                }
-            }
-        }
-        ADD_FAILURE() << "the cell has no such tile";
-        return {};
-    }
-
-    // Sails from the water on the left onto the shore and walks until it is reached.
-    void Land() {
-        Player().PlaceAt(Center(shore + Vec2i{-1, 0}));
-        SetInput(1.0f, 0.0f);
-        game.TickOnly();
-        SetInput(0.0f, 0.0f);
-        game.TickOnly(12);
-        ASSERT_EQ(Player().position, Center(shore));
-        ASSERT_EQ(Player().mode, PlayerEntity::kOnFoot);
+    // The world position of the centre of a tile of the shore's row.
+    Vec2i FromShore(std::int32_t tilesToTheRight) const {
+        return CellOrigin(kLandCell) + (shore + Vec2i{tilesToTheRight, 0}) * kTileSize +
+               Vec2i{12, 12};
     }
 
     const DungeonRecord* dungeon = nullptr;
-    Vec2i shore;
+    Vec2i shore{1, 1};
 };
 
 } // namespace
@@ -176,29 +152,22 @@ TEST_F(PlayerEntityTest, TakesOneDirectionAndOnlyBeyondTheThreshold) {
     struct Case {
         float horizontal;
         float vertical;
-        int direction; // -1: stays
+        int direction; // kDown, with no step, for none
+        Vec2i step;
     };
-    for (const Case& c : {Case{threshold, -threshold, -1},
-                          {-threshold, threshold, -1},
-                          {beyond, 0.0f, kRight},
-                          {-beyond, 0.0f, kLeft},
-                          {0.0f, beyond, kUp},
-                          {0.0f, -beyond, kDown},
-                          {1.0f, 1.0f, kRight},
-                          {-1.0f, -1.0f, kLeft},
-                          {threshold, 1.0f, kUp}}) {
+    for (const Case& c : {Case{threshold, threshold, kDown, {}},
+                          {-threshold, -threshold, kDown, {}},
+                          {beyond, beyond, kRight, {24, 0}},
+                          {-beyond, -beyond, kLeft, {-24, 0}},
+                          {threshold, beyond, kUp, {0, 24}},
+                          {-threshold, -beyond, kDown, {0, -24}}}) {
         SCOPED_TRACE(testing::Message() << c.horizontal << " " << c.vertical);
         Player().PlaceAt(kStart);
-        Player().direction = 77; // to see whether it is touched
+        Player().direction = kDown;
         SetInput(c.horizontal, c.vertical);
         game.TickOnly(2);
-        if (c.direction < 0) {
-            EXPECT_EQ(Player().direction, 77);
-            EXPECT_EQ(Player().position, kStart);
-        } else {
-            EXPECT_EQ(Player().direction, c.direction);
-            EXPECT_EQ(Player().position, kStart + kSteps[static_cast<std::size_t>(c.direction)]);
-        }
+        EXPECT_EQ(Player().direction, c.direction);
+        EXPECT_EQ(Player().position, kStart + c.step);
     }
 }
 
@@ -263,39 +232,28 @@ TEST_F(PlayerEntityTest, PlacingEndsAMoveAndKeepsTheRest) {
     EXPECT_EQ(Player().position, (Vec2i{108, 228}));
 }
 
-TEST_F(IslandTest, LeavesTheShipAtTheShoreAndWalksATileInThirteenTicks) {
-    const Vec2i water = Center(shore + Vec2i{-1, 0});
-    Player().PlaceAt(water);
+TEST_F(IslandTest, LeavesTheShipAtTheShoreAndReturnsOnlyToItsTile) {
+    Player().PlaceAt(FromShore(-1));
     EXPECT_EQ(Player().tileType, 0);
     EXPECT_FALSE(Boat().active);
     SetInput(1.0f, 0.0f);
     game.TickOnly();
     EXPECT_EQ(Player().mode, PlayerEntity::kOnFoot);
     EXPECT_EQ(Player().speed, 120.0f);
-    EXPECT_EQ(Player().tileType, Tile(shore));
+    EXPECT_EQ(Player().tileType, dungeon->TileAt(shore.x, shore.y));
     EXPECT_TRUE(Boat().active);
-    EXPECT_EQ(Boat().position, water);
+    EXPECT_EQ(Boat().position, FromShore(-1));
     EXPECT_EQ(Boat().direction, kRight);
-    EXPECT_EQ(Player().position, (water + Vec2i{1, 0})); // 1.92
-    game.TickOnly(11);
-    EXPECT_EQ(Player().position, (water + Vec2i{23, 0})); // 23.04
-    game.TickOnly(14);
-    EXPECT_EQ(Player().position, Center(shore + Vec2i{1, 0}));
-    EXPECT_TRUE(Player().idle);
-    EXPECT_EQ(Boat().position, water) << "the boat stays";
-}
-
-TEST_F(IslandTest, OnlyTheBoatsTileLeadsBackToTheWater) {
-    Land();
     SetInput(0.0f, 1.0f); // the water above is not the boat's
+    game.TickOnly(11);
+    EXPECT_EQ(Player().position, (FromShore(-1) + Vec2i{23, 0})); // 12 * 1.92
     for (int tick = 0; tick < 20; ++tick) {
         game.TickOnly();
-        ASSERT_EQ(Player().position, Center(shore));
+        ASSERT_EQ(Player().position, FromShore(0));
         ASSERT_TRUE(Player().idle);
     }
     EXPECT_EQ(Player().direction, kUp) << "it has turned";
     EXPECT_EQ(Player().mode, PlayerEntity::kOnFoot);
-    EXPECT_EQ(Player().tileType, Tile(shore));
     EXPECT_TRUE(Boat().active);
     SetInput(-1.0f, 0.0f);
     game.TickOnly();
@@ -304,25 +262,26 @@ TEST_F(IslandTest, OnlyTheBoatsTileLeadsBackToTheWater) {
     EXPECT_EQ(Player().tileType, 0);
     EXPECT_FALSE(Boat().active);
     game.TickOnly();
-    EXPECT_EQ(Player().position, Center(shore + Vec2i{-1, 0}));
+    EXPECT_EQ(Player().position, FromShore(-1));
 }
 
 TEST_F(IslandTest, AHeldKeyWalksOnFromTheTruncatedCentre) {
-    Land();
-    const Vec2i right = Center(FindTile([this](Vec2i t) {
-        return Tile(t) != 0 && Tile(t + Vec2i{-1, 0}) == Tile(t) &&
-               Tile(t + Vec2i{-2, 0}) == Tile(t) && Tile(t + Vec2i{-3, 0}) == Tile(t);
-    }));
+    Player().PlaceAt(FromShore(-1));
+    SetInput(1.0f, 0.0f);
+    game.TickOnly(38);
+    EXPECT_FALSE(Player().idle);
+    game.TickOnly();
+    EXPECT_EQ(Player().position, FromShore(2)) << "13 ticks a tile";
     // Twelve ticks to the left leave less than a unit, which truncation takes for the centre: the
     // next move begins a tick early, and its own end is exact again.
-    Player().PlaceAt(right);
     SetInput(-1.0f, 0.0f);
     game.TickOnly(12);
-    EXPECT_EQ(Player().position, right - (Vec2i{24, 0}));
+    EXPECT_EQ(Player().position, FromShore(1));
     EXPECT_FALSE(Player().idle);
     game.TickOnly(13);
-    EXPECT_EQ(Player().exactPosition, ToVec2f(right - Vec2i{48, 0}));
+    EXPECT_EQ(Player().exactPosition, ToVec2f(FromShore(0)));
     EXPECT_TRUE(Player().idle);
+    EXPECT_EQ(Boat().position, FromShore(-1)) << "the boat stays";
 }
 
 TEST_F(PlayerEntityTest, TellsWhereItIsEvenWhereNothingIsLoaded) {

@@ -39,7 +39,7 @@ protected:
         }
     }
 
-    static void Push(std::uint32_t type, SDL_Keycode key = 0, bool isRepeat = false) {
+    static void Push(std::uint32_t type, SDL_Keycode key, bool isRepeat = false) {
         SDL_Event event{};
         event.type = type;
         event.key.keysym.sym = key;
@@ -204,17 +204,6 @@ TEST_F(InputManagerTest, FortyTapsGiveFortyEdges) {
     }
 }
 
-TEST_F(InputManagerTest, ReadersMayClearAnEdge) {
-    Push(SDL_KEYDOWN, SDLK_w);
-    DownAt(1000, SDLK_d);
-    Push(SDL_KEYUP, SDLK_w);
-    UpAt(1060, SDLK_d);
-    EXPECT_TRUE(Input().IsPressed(Up));
-    EXPECT_EQ(Edges(), (std::vector{Up, Right})) << "reading alone does not clear";
-    Input().ClearPressed(Up);
-    EXPECT_EQ(Edges(), std::vector{Right});
-}
-
 TEST_F(InputManagerTest, OppositeKeysShareAnAxisThatAnyReleaseCentres) {
     struct Pair {
         SDL_Keycode low;
@@ -234,19 +223,4 @@ TEST_F(InputManagerTest, OppositeKeysShareAnAxisThatAnyReleaseCentres) {
         UpAt(1064, pair.high);
         EXPECT_EQ(Input().ActionValue(pair.axis), 0.0f);
     }
-}
-
-TEST_F(InputManagerTest, OneUpdateTakesEveryEventAndIgnoresTheOthers) {
-    for (const std::uint32_t type : {SDL_MOUSEMOTION, SDL_MOUSEBUTTONDOWN, SDL_MOUSEWHEEL,
-                                     SDL_WINDOWEVENT, SDL_TEXTINPUT, SDL_USEREVENT}) {
-        Push(type);
-    }
-    Push(SDL_QUIT);
-    UpdateAt(1000);
-    Levels expected{};
-    expected[Index(Quit)] = 1.0f;
-    EXPECT_EQ(Input().actions, expected);
-    EXPECT_EQ(Edges(), kNoEdge);
-    UpdateAt(1016);
-    EXPECT_EQ(Input().actions, expected);
 }

@@ -11,9 +11,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <initializer_list>
-#include <limits>
 #include <memory>
 #include <string>
 #include <utility>
@@ -101,16 +99,6 @@ protected:
     GameHarness game;
     PanelEntity* panel = new PanelEntity; // the world's from the constructor on
     Events events;
-};
-
-/// Counts the destructions of its kind.
-class CountedWidget : public UIF_Label {
-public:
-    explicit CountedWidget(int& count) : UIF_Label(kSmall, "x"), destroyed(count) {}
-    ~CountedWidget() override { ++destroyed; }
-
-private:
-    int& destroyed;
 };
 
 } // namespace
@@ -212,19 +200,6 @@ TEST_F(WidgetTest, CallbacksMayChangeAnyWidget) {
     EXPECT_EQ(TakeEvents().size(), 102U) << "the added callbacks take part from the next click on";
 }
 
-TEST_F(WidgetTest, ParentsOwnTheirChildren) {
-    int destroyed = 0;
-    auto button = std::make_unique<UIF_Button>(kSmall);
-    button->AddChild(std::make_unique<CountedWidget>(destroyed));
-    auto window = std::make_unique<UIF_Window>(kSmall);
-    window->AddChild(std::make_unique<CountedWidget>(destroyed));
-    window->AddChild(std::move(button));
-    std::unique_ptr<UIF_Widget> root = std::move(window);
-    EXPECT_EQ(destroyed, 0);
-    root.reset();
-    EXPECT_EQ(destroyed, 2);
-}
-
 TEST_F(WidgetTest, DrawsWithinTheParent) {
     panel->active = false;
     game.Capture();
@@ -254,24 +229,4 @@ TEST_F(WidgetTest, DrawsWithinTheParent) {
     expected.Fill({180, 115, 50, 15}, kBlack);
     expected.Outline({180, 115, 50, 15}, kPurple);
     EXPECT_EQ(expected.Difference(game), "");
-}
-
-TEST_F(WidgetTest, DrawsNothingOfWidgetsBeyondTheWindow) {
-    panel->active = false;
-    game.Capture();
-    const PaintedFrame expected(game);
-    panel->active = true;
-    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
-    constexpr std::int32_t least = std::numeric_limits<std::int32_t>::min();
-    for (const Rect& place : {Rect{most, most - 10, most, most - 10, 10, 10},
-                              Rect{least + 10, least, least + 10, least, 10, 10},
-                              Rect{least, most, least, most, 0, 0}}) {
-        panel->window.rect = place;
-        panel->window.children.clear();
-        auto button = std::make_unique<UIF_Button>(place);
-        button->AddChild(std::make_unique<UIF_Label>(place, "far"));
-        panel->window.AddChild(std::move(button));
-        game.Capture();
-        EXPECT_EQ(expected.Difference(game), "");
-    }
 }
