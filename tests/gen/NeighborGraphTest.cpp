@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <cstdint>
 #include <set>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "gen/ErrorCapture.h"
 #include "gen/GenerateCluster.h"
-#include "gen/Triangulate.h"
 #include "gen/WorldDigest.h"
 
 namespace {
@@ -53,33 +51,17 @@ TEST(NeighborGraph, NeedsThreeCellsOffALine) {
     EXPECT_TRUE(Build({}).empty());
 }
 
+// The first cell is the triangulation's first point, and the seed's third point is the far one.
 TEST(NeighborGraph, LinksATriangleInOrderOfDiscovery) {
-    const Vec2i first = {0, 0};
-    const Vec2i near = {2, 3};
-    const Vec2i far = {4, 0};
-    const ClusterRecord record = RecordWith({0, 0}, {first, near, far});
+    const std::int32_t first = CellKey({0, 0}).id;
+    const std::int32_t far = CellKey({4, 0}).id;
+    const std::int32_t near = CellKey({2, 3}).id;
+    const ClusterRecord record = RecordWith({0, 0}, {{0, 0}, {4, 0}, {2, 3}});
     const CellNeighborMap map = Build({&record});
-    std::vector<DelaunayPoint> points(3);
-    std::vector<DelaunayTriangle> triangles;
-    const std::vector<Vec2i> cells = {first, far, near}; // as their ids ascend
-    for (std::size_t i = 0; i < 3; ++i) {
-        points[i].id = static_cast<std::int32_t>(i);
-        points[i].x = static_cast<float>(cells[i].x);
-        points[i].y = static_cast<float>(cells[i].y);
-    }
-    const ErrorDrop quiet;
-    Triangulate(points, triangles);
-    ASSERT_EQ(triangles.size(), 1u);
-    const auto id = [&cells](std::int32_t corner) {
-        return CellKey(cells[static_cast<std::size_t>(corner)]).id;
-    };
-    const std::int32_t a = id(triangles[0].a);
-    const std::int32_t b = id(triangles[0].b);
-    const std::int32_t c = id(triangles[0].c);
     ASSERT_EQ(map.size(), 3u);
-    EXPECT_EQ(IdsOf(map.at({0, 0, a})), (Ids{b, c}));
-    EXPECT_EQ(IdsOf(map.at({0, 0, b})), (Ids{a, c}));
-    EXPECT_EQ(IdsOf(map.at({0, 0, c})), (Ids{b, a}));
+    EXPECT_EQ(IdsOf(map.at({0, 0, first})), (Ids{near, far}));
+    EXPECT_EQ(IdsOf(map.at({0, 0, near})), (Ids{first, far}));
+    EXPECT_EQ(IdsOf(map.at({0, 0, far})), (Ids{near, first}));
 }
 
 // A record with a negative id, like one never generated, adds nothing.

@@ -25,17 +25,9 @@ float PowerOfTen(std::mt19937& rng, std::int32_t lo, std::int32_t hi) {
 }
 
 Place OnLine(std::mt19937& rng) {
-    const float along = Whole(rng, 0, 40);
-    switch (UniformInt(rng, 0, 3)) {
-    case 0:
-        return {along, 0.0f};
-    case 1:
-        return {0.0f, along};
-    case 2:
-        return {along, along};
-    default:
-        return {along, 40.0f - 2.0f * along};
-    }
+    const float t = Whole(rng, 0, 40);
+    const Place places[] = {{t, 0.0f}, {0.0f, t}, {t, t}, {t, 40.0f - 2.0f * t}};
+    return places[UniformInt(rng, 0, 3)];
 }
 
 Place OnCircle(std::mt19937& rng) {
@@ -77,17 +69,21 @@ Place OneOf(PointShape shape, std::size_t count, std::mt19937& rng) {
 
 } // namespace
 
+void AddPoint(float x, float y, std::vector<DelaunayPoint>& points) {
+    DelaunayPoint point;
+    point.id = static_cast<std::int32_t>(points.size());
+    point.x = x;
+    point.y = y;
+    points.push_back(point);
+}
+
 std::vector<DelaunayPoint> MakePoints(PointShape shape, std::size_t count, std::mt19937& rng) {
     std::vector<DelaunayPoint> points;
     std::set<std::pair<float, float>> taken;
     for (std::size_t i = 0; i < count; ++i) {
         const Place place = OneOf(shape, count, rng);
         if (taken.insert({place.x, place.y}).second) {
-            DelaunayPoint point;
-            point.id = static_cast<std::int32_t>(points.size());
-            point.x = place.x;
-            point.y = place.y;
-            points.push_back(point);
+            AddPoint(place.x, place.y, points);
         }
     }
     return points;
@@ -97,11 +93,8 @@ std::vector<DelaunayPoint> MakeCircle(std::int32_t count) {
     std::vector<DelaunayPoint> points;
     for (std::int32_t i = 0; i < count; ++i) {
         const double angle = i * 6.283185307 / count;
-        DelaunayPoint point;
-        point.id = i;
-        point.x = static_cast<float>(1000.0 * std::cos(angle));
-        point.y = static_cast<float>(1000.0 * std::sin(angle));
-        points.push_back(point);
+        AddPoint(static_cast<float>(1000.0 * std::cos(angle)),
+                 static_cast<float>(1000.0 * std::sin(angle)), points);
     }
     return points;
 }

@@ -22,6 +22,9 @@ enum class PointShape {
     Count
 };
 
+/// Appends a point whose id is its place in the list.
+void AddPoint(float x, float y, std::vector<DelaunayPoint>& points);
+
 /// Up to `count` points with the ids 0, 1, 2, ...; distinct places.
 std::vector<DelaunayPoint> MakePoints(PointShape shape, std::size_t count, std::mt19937& rng);
 

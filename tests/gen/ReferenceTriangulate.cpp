@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <iterator>
 #include <limits>
 #include <map>
+#include <numeric>
+#include <string>
 #include <utility>
 
 namespace {
@@ -97,12 +100,46 @@ void SetEdge(DelaunayPoint& from, const DelaunayPoint& to) {
     from.edgeY = to.y - from.y;
 }
 
+using Field = std::int32_t DelaunayTriangle::*;
+using T = DelaunayTriangle;
+
+// A triangle's edges in the order in which they are tried: the corner o opposite the edge p-q, what
+// lies across p-q, across o-p and across o-q.
+struct TriedEdge {
+    Field o, p, q, acrossPQ, acrossOP, acrossOQ;
+};
+constexpr TriedEdge kTried[] = {{&T::a, &T::b, &T::c, &T::adjBC, &T::adjAB, &T::adjAC},
+                                {&T::c, &T::a, &T::b, &T::adjAB, &T::adjAC, &T::adjBC},
+                                {&T::b, &T::a, &T::c, &T::adjAC, &T::adjAB, &T::adjBC}};
+
+// Where the way back may be found, in this order: the far corner d, and what lies across the two
+// sides there when the edge's p is the corner `first`; the other way round when it is not.
+struct WayBack {
+    Field adjacent, d, first, acrossPD, acrossQD;
+};
+constexpr WayBack kSought[] = {{&T::adjAB, &T::c, &T::a, &T::adjAC, &T::adjBC},
+                               {&T::adjAC, &T::b, &T::a, &T::adjAB, &T::adjBC},
+                               {&T::adjBC, &T::a, &T::b, &T::adjAB, &T::adjAC}};
+
+int SwapTest(const DelaunayPoint& o, const DelaunayPoint& p, const DelaunayPoint& q,
+             const DelaunayPoint& d) {
+    const float cosO = (q.y - o.y) * (p.y - o.y) + (q.x - o.x) * (p.x - o.x);
+    const float cosD = (q.y - d.y) * (p.y - d.y) + (q.x - d.x) * (p.x - d.x);
+    if (cosO < 0.0f && cosD < 0.0f) {
+        return -1;
+    }
+    if (cosO > 0.0f && cosD > 0.0f) {
+        return 1;
+    }
+    const float sinO = std::fabs((q.y - o.y) * (p.x - o.x) - (q.x - o.x) * (p.y - o.y));
+    const float sinD = std::fabs((q.y - d.y) * (p.x - d.x) - (q.x - d.x) * (p.y - d.y));
+    return sinD * cosO + sinO * cosD < 0.0f ? -1 : 1;
+}
+
 class Reference {
 public:
     Reference(Points& thePoints, Triangles& theTriangles, std::ostream& theOut)
-        : points(thePoints), triangles(theTriangles), out(theOut) {}
-
-    void BuildTable() {
+        : points(thePoints), triangles(theTriangles), out(theOut) {
         for (std::size_t k = 0; k < points.size(); ++k) {
             table[points[k].id] = k;
         }
@@ -120,22 +157,16 @@ public:
             hull[i].hullTri = 0;
             SetEdge(hull[i], hull[(i + 1) % 3]);
         }
-        DelaunayTriangle first;
-        first.a = hull[0].id;
-        first.b = hull[1].id;
-        first.c = hull[2].id;
-        first.radiusSq = seed.radiusSq;
-        first.centreX = seed.x;
-        first.centreY = seed.y;
-        triangles.push_back(first);
+        triangles.push_back(
+            {hull[0].id, hull[1].id, hull[2].id, -1, -1, -1, seed.radiusSq, seed.x, seed.y});
     }
 
     void InsertAll() {
         for (std::size_t k = 3; k < points.size(); ++k) {
-            const bool repeated =
-                SamePlace(points[k], points[0]) || SamePlace(points[k], points[1]) ||
-                SamePlace(points[k], points[2]) || SamePlace(points[k], points[k - 1]);
-            if (!repeated) {
+            const std::size_t others[] = {0, 1, 2, k - 1};
+            if (std::none_of(std::begin(others), std::end(others), [&](std::size_t other) {
+                    return SamePlace(points[k], points[other]);
+                })) {
                 Insert(points[k]);
             }
         }
@@ -143,33 +174,21 @@ public:
 
     std::int32_t FlipPhase() {
         const std::size_t limit = kPendingBase + kPendingPerTriangle * triangles.size();
-        const auto tooLong = [&] { return pending.size() > limit; };
-        pending.clear();
-        if (FlipPass(Pass::All) < 0) {
+        const auto repeatListed = [&](int repetitions) {
+            for (int i = 0; i < repetitions && !pending.empty() && pending.size() <= limit; ++i) {
+                if (!FlipPass(Pass::Listed)) {
+                    return false;
+                }
+            }
+            return true;
+        };
+        if (!FlipPass(Pass::All)) {
             out << "cannot triangualte this set \n";
             return -3;
         }
-        int count = 1;
-        while (!pending.empty() && count < 50 && !tooLong()) {
-            const std::int32_t r = FlipPass(Pass::Listed);
-            ++count;
-            if (r < 0) {
-                out << "cannot triangualte this set \n";
-                return -4;
-            }
-        }
-        pending.clear();
-        if (FlipPass(Pass::Hull) <= 0) {
-            return 1;
-        }
-        for (int i = 0; i < 100 && !tooLong(); ++i) {
-            if (FlipPass(Pass::Listed) < 0) {
-                out << "cannot triangualte this set \n";
-                return -4;
-            }
-            if (pending.empty()) {
-                break;
-            }
+        if (!repeatListed(49) || (FlipPass(Pass::Hull) && !repeatListed(100))) {
+            out << "cannot triangualte this set \n";
+            return -4;
         }
         return 1;
     }
@@ -185,76 +204,68 @@ private:
         chain.clear();
         chainTris.clear();
         const Points before = hull;
-        const std::size_t m = hull.size();
+        const DelaunayPoint& first = hull.front();
+        const DelaunayPoint& last = hull.back();
         std::size_t ins = 0;
         bool placed = false;
-        if (Sees(p, 0)) {
-            const DelaunayPoint& last = hull[m - 1];
-            if ((p.x - hull[0].x) * last.edgeY - (p.y - hull[0].y) * last.edgeX < 0.0f) {
-                placed = InsertAtFront(p);
-            } else {
-                placed = InsertAfterFirst(p);
-                ins = 1;
-            }
-        } else {
+        if (!Sees(p, 0)) {
             placed = InsertInside(p, ins);
+        } else if ((p.x - first.x) * last.edgeY - (p.y - first.y) * last.edgeX < 0.0f) {
+            placed = InsertAtFront(p);
+        } else {
+            placed = InsertAfterFirst(p);
+            ins = 1;
         }
-        if (!placed) {
+        if (placed) {
+            AddTriangles(p, ins);
+        } else {
             hull = before;
-            return;
         }
-        AddTriangles(p, ins);
     }
+
+    void Append(std::size_t h) {
+        chain.push_back(hull[h].id);
+        chainTris.push_back(hull[h].hullTri);
+    }
+
+    void Place(const DelaunayPoint& p, std::size_t h) { hull.insert(hull.begin() + Step(h), p); }
+    void Remove(std::size_t h) { hull.erase(hull.begin() + Step(h)); }
+    static std::ptrdiff_t Step(std::size_t h) { return static_cast<std::ptrdiff_t>(h); }
 
     bool InsertAtFront(DelaunayPoint& p) {
         const std::size_t m = hull.size();
-        chain.push_back(hull[m - 1].id);
-        chainTris.push_back(hull[m - 1].hullTri);
-        bool placed = false;
-        for (std::size_t i = 0; i < m - 1; ++i) {
-            chain.push_back(hull[0].id);
-            chainTris.push_back(hull[0].hullTri);
-            if (Sees(p, 0)) {
-                hull.erase(hull.begin());
-            } else {
-                SetEdge(p, hull[0]);
-                hull.insert(hull.begin(), p);
-                placed = true;
-                break;
+        Append(m - 1);
+        std::size_t removed = 0;
+        for (Append(0); Sees(p, 0); Append(0)) {
+            Remove(0);
+            if (++removed == m - 1) {
+                return false;
             }
         }
-        if (!placed) {
-            return false;
+        SetEdge(p, hull[0]);
+        Place(p, 0);
+        std::size_t h = hull.size() - 2;
+        for (; Sees(p, h); --h) {
+            chain.insert(chain.begin(), hull[h].id);
+            chainTris.insert(chainTris.begin(), hull[h].hullTri);
+            Remove(h + 1);
         }
-        for (std::size_t h = hull.size() - 2; h >= 1; --h) {
-            if (Sees(p, h)) {
-                chain.insert(chain.begin(), hull[h].id);
-                chainTris.insert(chainTris.begin(), hull[h].hullTri);
-                hull.erase(hull.begin() + static_cast<std::ptrdiff_t>(h) + 1);
-            } else {
-                SetEdge(hull.back(), p);
-                break;
-            }
-        }
+        SetEdge(hull.back(), p);
         return true;
     }
 
     bool InsertAfterFirst(DelaunayPoint& p) {
-        chain.push_back(hull[0].id);
-        chainTris.push_back(hull[0].hullTri);
-        while (hull.size() > 1) {
-            chain.push_back(hull[1].id);
-            chainTris.push_back(hull[1].hullTri);
-            if (Sees(p, 1)) {
-                hull.erase(hull.begin() + 1);
-            } else {
-                SetEdge(p, hull[1]);
-                SetEdge(hull[0], p);
-                hull.insert(hull.begin() + 1, p);
-                return true;
+        Append(0);
+        for (Append(1); Sees(p, 1); Append(1)) {
+            Remove(1);
+            if (hull.size() == 1) {
+                return false;
             }
         }
-        return false;
+        SetEdge(p, hull[1]);
+        SetEdge(hull[0], p);
+        Place(p, 1);
+        return true;
     }
 
     bool InsertInside(DelaunayPoint& p, std::size_t& ins) {
@@ -271,166 +282,107 @@ private:
             ++e;
         }
         for (std::size_t h = f; h < std::min(e + 1, m); ++h) {
-            chain.push_back(hull[h].id);
-            chainTris.push_back(hull[h].hullTri);
+            Append(h);
         }
         if (e == m) {
             chain.push_back(hull[0].id);
         }
-        hull.erase(hull.begin() + static_cast<std::ptrdiff_t>(f) + 1,
-                   hull.begin() + static_cast<std::ptrdiff_t>(e));
+        hull.erase(hull.begin() + Step(f + 1), hull.begin() + Step(e));
         SetEdge(p, e == m ? hull[0] : hull[f + 1]);
         SetEdge(hull[f], p);
-        hull.insert(hull.begin() + static_cast<std::ptrdiff_t>(f) + 1, p);
+        Place(p, f + 1);
         ins = f + 1;
         return true;
     }
 
     void AddTriangles(const DelaunayPoint& p, std::size_t ins) {
-        const std::int32_t n = static_cast<std::int32_t>(triangles.size());
-        const std::int32_t k = static_cast<std::int32_t>(chain.size()) - 1;
+        const auto n = static_cast<std::int32_t>(triangles.size());
+        const auto k = static_cast<std::int32_t>(chain.size()) - 1;
         for (std::int32_t i = 0; i < k; ++i) {
-            DelaunayTriangle t;
-            t.a = p.id;
-            t.b = chain[At(i)];
-            t.c = chain[At(i + 1)];
-            t.adjBC = chainTris[At(i)];
-            t.adjAB = i == 0 ? -1 : n + i - 1;
-            t.adjAC = i == k - 1 ? -1 : n + i + 1;
-            triangles.push_back(t);
-            Link(triangles[At(chainTris[At(i)])], chain[At(i)], chain[At(i + 1)], n + i);
+            const std::int32_t from = chain[At(i)];
+            const std::int32_t to = chain[At(i + 1)];
+            triangles.push_back({p.id, from, to, i == 0 ? -1 : n + i - 1, chainTris[At(i)],
+                                 i == k - 1 ? -1 : n + i + 1});
+            Link(triangles[At(chainTris[At(i)])], std::minmax({from, to}), n + i);
         }
         hull[ins].hullTri = n + k - 1;
         hull[ins == 0 ? hull.size() - 1 : ins - 1].hullTri = n;
     }
 
-    static void Link(DelaunayTriangle& old, std::int32_t p, std::int32_t q, std::int32_t added) {
-        const auto matches = [&](std::int32_t v, std::int32_t w) {
-            return (v == p && w == q) || (v == q && w == p);
-        };
-        if (matches(old.a, old.b)) {
+    static void Link(DelaunayTriangle& old, std::pair<std::int32_t, std::int32_t> ends,
+                     std::int32_t added) {
+        if (std::minmax({old.a, old.b}) == ends) {
             old.adjAB = added;
-        } else if (matches(old.a, old.c)) {
+        } else if (std::minmax({old.a, old.c}) == ends) {
             old.adjAC = added;
-        } else if (matches(old.b, old.c)) {
+        } else if (std::minmax({old.b, old.c}) == ends) {
             old.adjBC = added;
         }
     }
 
-    // One pass. The pending list is read by a listed pass and replaced by every pass.
-    std::int32_t FlipPass(Pass pass) {
-        std::vector<std::int32_t> output;
-        std::int32_t result = 1;
-        if (pass == Pass::Listed) {
-            for (std::size_t i = 0; i < pending.size() && result > 0; ++i) {
-                result = Visit(pass, pending[i], output);
-            }
-        } else {
-            for (std::size_t t = 0; t < triangles.size() && result > 0; ++t) {
-                result = Visit(pass, static_cast<std::int32_t>(t), output);
-            }
+    // Reads the pending list when it is a listed pass, and replaces it. False at broken adjacency.
+    bool FlipPass(Pass pass) {
+        std::vector<std::int32_t> visited = std::exchange(pending, {});
+        if (pass != Pass::Listed) {
+            visited.resize(triangles.size());
+            std::iota(visited.begin(), visited.end(), 0);
         }
-        pending = std::move(output);
-        return result;
+        return std::all_of(visited.begin(), visited.end(),
+                           [&](std::int32_t t) { return Visit(pass, t); });
     }
 
-    std::int32_t Visit(Pass pass, std::int32_t t, std::vector<std::int32_t>& output) {
-        for (int edge = 1; edge <= 3; ++edge) {
-            const DelaunayTriangle& tri = triangles[At(t)];
-            std::int32_t o = 0, p = 0, q = 0, t2 = 0, l1 = 0, l2 = 0;
-            if (edge == 1) {
-                o = tri.a, p = tri.b, q = tri.c, t2 = tri.adjBC, l1 = tri.adjAB, l2 = tri.adjAC;
-            } else if (edge == 2) {
-                o = tri.c, p = tri.a, q = tri.b, t2 = tri.adjAB, l1 = tri.adjAC, l2 = tri.adjBC;
-            } else {
-                o = tri.b, p = tri.a, q = tri.c, t2 = tri.adjAC, l1 = tri.adjAB, l2 = tri.adjBC;
-            }
+    bool Visit(Pass pass, std::int32_t t) {
+        for (const TriedEdge& edge : kTried) {
+            const DelaunayTriangle tri = triangles[At(t)];
+            const std::int32_t t2 = tri.*edge.acrossPQ;
+            const std::int32_t l1 = tri.*edge.acrossOP;
+            const std::int32_t l2 = tri.*edge.acrossOQ;
             if (t2 < 0 || (pass == Pass::Hull && l1 != -1 && l2 != -1)) {
                 continue;
             }
-            const DelaunayTriangle& other = triangles[At(t2)];
-            std::int32_t d = 0, l3 = 0, l4 = 0;
-            if (other.adjAB == t) {
-                d = other.c, l3 = other.adjAC, l4 = other.adjBC;
-                if (p != other.a) {
-                    std::swap(l3, l4);
-                }
-            } else if (other.adjAC == t) {
-                d = other.b, l3 = other.adjAB, l4 = other.adjBC;
-                if (p != other.a) {
-                    std::swap(l3, l4);
-                }
-            } else if (other.adjBC == t) {
-                d = other.a, l3 = other.adjAB, l4 = other.adjAC;
-                if (p != other.b) {
-                    std::swap(l3, l4);
-                }
-            } else {
-                out << "triangle flipping error. " << t;
-                if (pass == Pass::Listed && edge == 1) {
-                    out << "  T2: " << t2;
-                }
-                out << '\n';
-                return pass == Pass::Listed ? -6 : -5;
+            const DelaunayTriangle other = triangles[At(t2)];
+            const auto back =
+                std::find_if(std::begin(kSought), std::end(kSought),
+                             [&](const WayBack& way) { return other.*way.adjacent == t; });
+            if (back == std::end(kSought)) {
+                const bool named = pass == Pass::Listed && &edge == kTried;
+                out << "triangle flipping error. " << t
+                    << (named ? "  T2: " + std::to_string(t2) : "") << '\n';
+                return false;
+            }
+            const std::int32_t o = tri.*edge.o;
+            const std::int32_t p = tri.*edge.p;
+            const std::int32_t q = tri.*edge.q;
+            const std::int32_t d = other.*back->d;
+            std::int32_t l3 = other.*back->acrossPD;
+            std::int32_t l4 = other.*back->acrossQD;
+            if (p != other.*back->first) {
+                std::swap(l3, l4);
             }
             const bool stable = pass == Pass::Hull || (l1 != l3 && l2 != l4);
-            if (SwapTest(Of(o), Of(p), Of(q), Of(d)) != -1 || !stable) {
-                continue;
+            if (stable && SwapTest(Of(o), Of(p), Of(q), Of(d)) == -1) {
+                pending.insert(pending.end(), {t, t2});
+                triangles[At(t)] = {o, p, d, l1, l3, t2, tri.radiusSq, tri.centreX, tri.centreY};
+                triangles[At(t2)] = {
+                    o, q, d, l2, l4, t, other.radiusSq, other.centreX, other.centreY};
+                Relink(l3, t2, t);
+                Relink(l2, t, t2);
+                return true;
             }
-            output.push_back(t);
-            output.push_back(t2);
-            Rewrite(triangles[At(t)], {o, p, d}, {l1, l3, t2});
-            Rewrite(triangles[At(t2)], {o, q, d}, {l2, l4, t});
-            Relink(l3, t2, t);
-            Relink(l2, t, t2);
-            return 1;
         }
-        return 1;
-    }
-
-    struct Three {
-        std::int32_t ab, bc, ac;
-    };
-
-    static void Rewrite(DelaunayTriangle& tri, Three corners, Three adjacent) {
-        tri.a = corners.ab;
-        tri.b = corners.bc;
-        tri.c = corners.ac;
-        tri.adjAB = adjacent.ab;
-        tri.adjBC = adjacent.bc;
-        tri.adjAC = adjacent.ac;
+        return true;
     }
 
     void Relink(std::int32_t index, std::int32_t from, std::int32_t to) {
-        if (index < 0) {
-            return;
-        }
-        DelaunayTriangle& tri = triangles[At(index)];
-        if (tri.adjAB == from) {
-            tri.adjAB = to;
-        } else if (tri.adjBC == from) {
-            tri.adjBC = to;
-        } else if (tri.adjAC == from) {
-            tri.adjAC = to;
+        for (const Field side : {&T::adjAB, &T::adjBC, &T::adjAC}) {
+            if (index >= 0 && triangles[At(index)].*side == from) {
+                triangles[At(index)].*side = to;
+                return;
+            }
         }
     }
 
     const DelaunayPoint& Of(std::int32_t id) const { return points[table.at(id)]; }
-
-    static int SwapTest(const DelaunayPoint& o, const DelaunayPoint& p, const DelaunayPoint& q,
-                        const DelaunayPoint& d) {
-        const float cosO = (q.y - o.y) * (p.y - o.y) + (q.x - o.x) * (p.x - o.x);
-        const float cosD = (q.y - d.y) * (p.y - d.y) + (q.x - d.x) * (p.x - d.x);
-        if (cosO < 0.0f && cosD < 0.0f) {
-            return -1;
-        }
-        if (cosO > 0.0f && cosD > 0.0f) {
-            return 1;
-        }
-        const float sinO = std::fabs((q.y - o.y) * (p.x - o.x) - (q.x - o.x) * (p.y - o.y));
-        const float sinD = std::fabs((q.y - d.y) * (p.x - d.x) - (q.x - d.x) * (p.y - d.y));
-        return sinD * cosO + sinO * cosD < 0.0f ? -1 : 1;
-    }
 
     Points& points;
     Triangles& triangles;
@@ -439,7 +391,7 @@ private:
     Points hull;
     std::vector<std::int32_t> chain;
     std::vector<std::int32_t> chainTris;
-    std::vector<std::int32_t> pending;
+    std::vector<std::int32_t> pending; // what the last pass rewrote
 };
 
 bool IsUsable(const DelaunayPoint& p) {
@@ -467,7 +419,6 @@ std::int32_t TriangulateUsable(Points& points, Triangles& triangles, std::ostrea
         points.insert(points.begin(), p);
     }
     Reference reference(points, triangles, out);
-    reference.BuildTable();
     reference.SeedHull(seed);
     reference.InsertAll();
     out << "of triangles " << triangles.size() << " to be flipped. \n";

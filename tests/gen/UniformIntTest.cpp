@@ -14,55 +14,38 @@ namespace {
 constexpr std::int32_t kLow = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kHigh = std::numeric_limits<std::int32_t>::max();
 
-// Hands out given raw outputs.
-class ScriptedEngine {
-public:
-    explicit ScriptedEngine(std::vector<std::uint32_t> theOutputs)
-        : outputs(std::move(theOutputs)) {}
-
-    std::uint32_t operator()() { return outputs.at(used++); }
-    std::size_t Used() const { return used; }
-
-private:
+// A draw from scripted raw outputs: what it gives, and how many outputs it takes.
+struct Draw {
+    std::int32_t lo, hi;
     std::vector<std::uint32_t> outputs;
-    std::size_t used = 0;
+    std::int32_t expected;
 };
 
-TEST(UniformInt, OneNumberTakesNoDraw) {
-    ScriptedEngine engine({});
-    EXPECT_EQ(UniformInt(engine, 7, 7), 7);
-    EXPECT_EQ(UniformInt(engine, kLow, kLow), kLow);
-    EXPECT_EQ(engine.Used(), 0u);
-}
-
-TEST(UniformInt, TheFullRangeAddsOneRawOutput) {
-    ScriptedEngine engine({0u, 0xffffffffu, 0x80000000u});
-    EXPECT_EQ(UniformInt(engine, kLow, kHigh), kLow);
-    EXPECT_EQ(UniformInt(engine, kLow, kHigh), kHigh);
-    EXPECT_EQ(UniformInt(engine, kLow, kHigh), 0);
-}
-
-// 2^32 = 101 * 42524428 + 68: the 68 largest outputs are drawn again.
-TEST(UniformInt, RedrawsInTheIncompleteRunOnly) {
-    ScriptedEngine engine({0xffffffffu, 4294967228u, 4294967227u, 106u, 5u});
-    EXPECT_EQ(UniformInt(engine, 0, 100), 100);
-    EXPECT_EQ(engine.Used(), 3u);
-    EXPECT_EQ(UniformInt(engine, 0, 100), 5);
-    EXPECT_EQ(UniformInt(engine, -3, 97), 2);
-}
-
-TEST(UniformInt, APowerOfTwoNeverRedraws) {
-    ScriptedEngine engine({0xffffffffu, 0xffffffffu, 0xffffffffu});
-    EXPECT_EQ(UniformInt(engine, 0, 511), 511);
-    EXPECT_EQ(UniformInt(engine, kLow, -1), -1);
-    EXPECT_EQ(UniformInt(engine, 0, 1), 1);
-}
-
-// The largest interval with an incomplete run: 2^31 + 1 numbers, and all above are drawn again.
-TEST(UniformInt, WrapsAcrossTheSign) {
-    ScriptedEngine engine({0x80000001u, 0x80000000u});
-    EXPECT_EQ(UniformInt(engine, kLow, 0), 0);
-    EXPECT_EQ(engine.Used(), 2u);
+TEST(UniformInt, FollowsTheRuleAndUsesNoMoreOutputsThanItNeeds) {
+    constexpr std::uint32_t top = 0xffffffffu;
+    const Draw draws[] = {
+        {7, 7, {}, 7}, // one number takes no draw
+        {kLow, kLow, {}, kLow},
+        {kLow, kHigh, {0u}, kLow}, // the full range adds one raw output
+        {kLow, kHigh, {top}, kHigh},
+        {kLow, kHigh, {0x80000000u}, 0},
+        // 2^32 = 101 * 42524428 + 68: the 68 largest outputs are drawn again.
+        {0, 100, {top, 4294967228u, 4294967227u}, 100},
+        {0, 100, {106u}, 5},
+        {-3, 97, {5u}, 2},
+        {0, 511, {top}, 511}, // a power of two never redraws
+        {kLow, -1, {top}, -1},
+        {0, 1, {top}, 1},
+        // The largest incomplete run: of 2^31 + 1 numbers, and all above are drawn again.
+        {kLow, 0, {0x80000001u, 0x80000000u}, 0},
+    };
+    for (const Draw& draw : draws) {
+        std::size_t used = 0;
+        const auto engine = [&] { return draw.outputs.at(used++); };
+        EXPECT_EQ(UniformInt(engine, draw.lo, draw.hi), draw.expected)
+            << draw.lo << ", " << draw.hi;
+        EXPECT_EQ(used, draw.outputs.size()) << draw.lo << ", " << draw.hi;
+    }
 }
 
 // The 10,000th output with the default seed is known, and every other is the standard engine's.
