@@ -62,7 +62,7 @@ TEST_F(HudEntityTest, PlacesIconsInTheDirectionAndAtTheScaledDistanceOfLand) {
         {CellCenter({6, 5}), {0, 40}, "two cells to the south"},
         {CellCenter({3, 0}), {35, -35}, "cut to the rim"},
         {CellCenter({9, 3}), {-50, 0}, "60 away, cut to the rim"},
-        {CellCenter(kIsland) + Vec2i{3072, -3072}, {-5, -5}, "the player's own cell"},
+        {CellCenter(kIsland) + Vec2i{3500, -3500}, {-5, -5}, "its own cell, 5.7 cut to 5"},
     };
     for (const Case& c : cases) {
         const std::vector<Vec2i> icons = IconsAt(c.player);

@@ -9,9 +9,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <limits>
+#include <vector>
 
 namespace {
 
@@ -45,18 +45,14 @@ protected:
         game.Capture();
     }
 
-    // The colour at the centre of a tile of each value, read from the first tile that has it.
-    std::array<SDL_Color, 3> FindPalette() {
-        std::array<SDL_Color, 3> palette{};
-        for (std::uint8_t value = 0; value < 3; ++value) {
-            const auto& tiles = Dungeon().tiles;
-            const auto found = std::find(tiles.begin(), tiles.end(), value);
-            const auto index = static_cast<std::int32_t>(found - tiles.begin());
-            const Vec2i tile{index % kCellTiles, index / kCellTiles};
-            LookAt(Center(tile), 1.0f);
-            palette[value] = PixelOf(Center(tile));
-        }
-        return palette;
+    // The colour of a pixel of an image file.
+    SDL_Color ImagePixel(const char* image, Vec2i pixel) {
+        GFX_GraphicsManager& graphics = *GFX_GraphicsManager::GetInstance();
+        const PixelRect source{static_cast<std::int16_t>(pixel.x),
+                               static_cast<std::int16_t>(pixel.y), 1, 1};
+        const Sprite sprite{graphics.GetTexture(image), source};
+        game.Capture([&] { graphics.DrawSpriteSized(&sprite, {0, 0}, {0, 0}, 1.0f, 24); });
+        return game.Pixel(240, 180);
     }
 
     SDL_Color PixelOf(Vec2i world) const {
@@ -102,7 +98,10 @@ protected:
 
 TEST_F(TerrainTest, DrawsEveryTileInViewAsTheRecordHasIt) {
     const DungeonRecord& dungeon = Dungeon();
-    const std::array<SDL_Color, 3> palette = FindPalette();
+    // The middle of the image of each tile value: empty, hallway, room.
+    const std::array<SDL_Color, 3> palette{ImagePixel("image.png", {108, 8}),
+                                           ImagePixel("image.png", {108, 108}),
+                                           ImagePixel("terrain_transition.png", {56, 72})};
     ASSERT_FALSE(SameColor(palette[0], palette[1]) || SameColor(palette[1], palette[2]) ||
                  SameColor(palette[0], palette[2]));
     for (const std::int32_t room : dungeon.mainRooms) {

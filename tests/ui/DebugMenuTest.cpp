@@ -242,6 +242,7 @@ TEST_F(DebugMenuTest, GoesToTheMapsCenter) {
     EXPECT_EQ(Player().position, (Vec2i{12, 12}));
     const float factor = 50.0f / 12288.0f;
     EXPECT_EQ(Map().pan, (Vec2f{12.0f * factor, 12.0f * factor}));
+    EXPECT_EQ(Player().exactPosition, (Vec2f{12.0f, 12.0f})) << "a move would start elsewhere";
 
     game.Tap(SDLK_BACKSPACE);
     Map().pan = {433.3f, 415.9f};
