@@ -6,36 +6,33 @@
 #include <streambuf>
 #include <string>
 
-/// Collects what is written while it lives. One at a time, and only while no other thread writes.
-class ErrorCapture {
+/// Sends standard error to a buffer while it lives. One at a time.
+class ErrorRedirect {
 public:
-    ErrorCapture() : before(std::cerr.rdbuf(text.rdbuf())) {}
-    ~ErrorCapture() { std::cerr.rdbuf(before); }
-    ErrorCapture(const ErrorCapture&) = delete;
-    ErrorCapture& operator=(const ErrorCapture&) = delete;
-
-    std::string Text() const { return text.str(); }
+    explicit ErrorRedirect(std::streambuf* buffer) : before(std::cerr.rdbuf(buffer)) {}
+    ~ErrorRedirect() { std::cerr.rdbuf(before); }
+    ErrorRedirect(const ErrorRedirect&) = delete;
+    ErrorRedirect& operator=(const ErrorRedirect&) = delete;
 
 private:
-    std::ostringstream text;
     std::streambuf* before;
 };
 
-/// Drops what is written while it lives, by any number of threads.
-class ErrorDrop {
-public:
-    ErrorDrop() : before(std::cerr.rdbuf(&nowhere)) {}
-    ~ErrorDrop() { std::cerr.rdbuf(before); }
-    ErrorDrop(const ErrorDrop&) = delete;
-    ErrorDrop& operator=(const ErrorDrop&) = delete;
+/// Collects what one thread writes while it lives.
+struct ErrorCapture {
+    std::string Text() const { return text.str(); }
 
-private:
-    class Nowhere : public std::streambuf {
-    protected:
+    std::ostringstream text;
+    ErrorRedirect redirect{text.rdbuf()};
+};
+
+/// Drops what any number of threads write while it lives.
+struct ErrorDrop {
+    struct Nowhere : std::streambuf {
         std::streamsize xsputn(const char*, std::streamsize count) override { return count; }
         int_type overflow(int_type c) override { return traits_type::not_eof(c); }
     };
 
     Nowhere nowhere;
-    std::streambuf* before;
+    ErrorRedirect redirect{&nowhere};
 };

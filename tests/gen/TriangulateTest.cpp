@@ -129,42 +129,6 @@ TEST(Triangulate, SplitsASquareWhateverElseIsInTheList) {
     }
 }
 
-// Four corners, each given three times: the second point must not be the first one's double.
-TEST(Triangulate, UsesEqualPointsOnce) {
-    Points points;
-    for (int i = 0; i < 3; ++i) {
-        for (const auto& [x, y] :
-             {std::pair{0.0f, 0.0f}, {7.0f, 0.0f}, {0.0f, 5.0f}, {7.0f, 6.0f}}) {
-            AddPoint(x, y, points);
-        }
-    }
-    const Outcome run = TriangulateList(points);
-    EXPECT_EQ(run.result, 1);
-    ASSERT_EQ(run.triangles.size(), 2u);
-    for (const DelaunayTriangle& t : run.triangles) {
-        EXPECT_LT(std::max({t.a, t.b, t.c}), 4);
-    }
-}
-
-// Few ids for many points name different corners alike, and adjacency gets lost.
-TEST(Triangulate, ReportsAdjacencyThatIsNotMutual) {
-    std::mt19937 rng(3);
-    int failures = 0;
-    for (int i = 0; i < 50; ++i) {
-        Points points = MakePoints(PointShape::Lattice, 40, rng);
-        for (DelaunayPoint& point : points) {
-            point.id %= 3;
-        }
-        const Outcome run = TriangulateList(points);
-        if (run.result < 0) {
-            ++failures;
-            EXPECT_NE(run.messages.find("triangle flipping error. "), std::string::npos);
-            EXPECT_NE(run.messages.find("cannot triangualte this set \n"), std::string::npos);
-        }
-    }
-    EXPECT_GT(failures, 0);
-}
-
 // What holds for every triangulation of distinct points. Coordinates are whole numbers, so that
 // the checks are exact.
 class MeshCheck {
