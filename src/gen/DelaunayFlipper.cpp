@@ -1,12 +1,12 @@
 #include "gen/DelaunayFlipper.h"
 
 #include <array>
+#include <optional>
 #include <string>
 
 #include "gen/DelaunayQuickFlips.h"
 #include "gen/ErrorLine.h"
 #include "gen/SwapTest.h"
-#include "gen/Triangulate.h"
 
 namespace {
 
@@ -16,14 +16,6 @@ constexpr int kHullRepetitions = 100;
 // The order in which sides are tried, and that in which the way back is looked for.
 constexpr std::array kTriedSides = {kSideBC, kSideAB, kSideAC};
 constexpr std::array kSoughtSides = {kSideAB, kSideAC, kSideBC};
-
-// The ends of a side, as corners: the lower first.
-constexpr std::size_t FirstEnd(std::size_t side) {
-    return side == 0 ? 1 : 0;
-}
-constexpr std::size_t SecondEnd(std::size_t side) {
-    return side == 2 ? 1 : 2;
-}
 
 // The neighbour is named where a pass over a list breaks at a triangle's first edge.
 void ReportBroken(std::int32_t t, std::int32_t namedNeighbor) {
@@ -44,7 +36,7 @@ std::int32_t GiveUp(std::int32_t result) {
 DelaunayFlipper::DelaunayFlipper(DelaunayMesh& theMesh) : mesh(theMesh) {}
 
 std::int32_t DelaunayFlipper::Run() {
-    if (mesh.namesDiffer) {
+    if (mesh.idsDiffer) {
         DelaunayQuickFlips(mesh).Run(kFirstRepetitions);
     } else {
         if (!FlipAllTriangles()) {
@@ -62,7 +54,7 @@ std::int32_t DelaunayFlipper::Run() {
 
 // Looks again at what the last pass rewrote, until nothing is or it has been done often enough.
 bool DelaunayFlipper::RepeatListed(int repetitions) {
-    const std::size_t limit = kPendingBase + kPendingPerTriangle * mesh.triangles.size();
+    const std::size_t limit = PendingLimit(mesh.triangles.size());
     for (int i = 0; i < repetitions && !flipped.empty() && flipped.size() <= limit; ++i) {
         if (!FlipListedTriangles()) {
             return false;
@@ -130,28 +122,39 @@ DelaunayFlipper::Visit DelaunayFlipper::TryEdge(Pass pass, std::int32_t t, std::
     figure.o = triangle.corner[side];
     figure.p = triangle.corner[FirstEnd(side)];
     figure.q = triangle.corner[SecondEnd(side)];
-    const MeshTriangle& other = mesh.triangles[static_cast<std::size_t>(figure.t2)];
-    for (const Side back : kSoughtSides) {
-        if (Across(figure.t2, back) != t) {
-            continue;
-        }
-        const bool startsAtP = figure.p == other.corner[FirstEnd(back)];
-        const std::size_t cornerP = startsAtP ? FirstEnd(back) : SecondEnd(back);
-        const std::size_t cornerQ = startsAtP ? SecondEnd(back) : FirstEnd(back);
-        figure.d = other.corner[back];
-        figure.acrossPD = Across(figure.t2, cornerQ);
-        figure.acrossQD = Across(figure.t2, cornerP);
-        const bool stable =
-            figure.acrossOP != figure.acrossPD && figure.acrossOQ != figure.acrossQD;
-        if ((stable || pass == Pass::Hull) &&
-            ShouldSwap(Place(figure.o), Place(figure.p), Place(figure.q), Place(figure.d))) {
-            Flip(figure);
-            return Visit::Flipped;
-        }
+    const std::optional<Side> back = SideLeadingTo(figure.t2, t);
+    if (!back) {
+        ReportBroken(t, pass == Pass::Listed && side == kSideBC ? figure.t2 : -1);
+        return Visit::Broken;
+    }
+    LookAcross(*back, figure);
+    const bool stable = figure.acrossOP != figure.acrossPD && figure.acrossOQ != figure.acrossQD;
+    if ((!stable && pass != Pass::Hull) ||
+        SwapTest(Place(figure.o), Place(figure.p), Place(figure.q), Place(figure.d)) == 1) {
         return Visit::Unchanged;
     }
-    ReportBroken(t, pass == Pass::Listed && side == kSideBC ? figure.t2 : -1);
-    return Visit::Broken;
+    Flip(figure);
+    return Visit::Flipped;
+}
+
+std::optional<Side> DelaunayFlipper::SideLeadingTo(std::int32_t from, std::int32_t to) const {
+    for (const Side side : kSoughtSides) {
+        if (Across(from, side) == to) {
+            return side;
+        }
+    }
+    return std::nullopt;
+}
+
+// Fills in what lies beyond the figure's edge, whose side in t2 is `back`.
+void DelaunayFlipper::LookAcross(Side back, Figure& figure) const {
+    const MeshTriangle& other = mesh.triangles[static_cast<std::size_t>(figure.t2)];
+    const bool startsAtP = figure.p == other.corner[FirstEnd(back)];
+    const std::size_t cornerP = startsAtP ? FirstEnd(back) : SecondEnd(back);
+    const std::size_t cornerQ = startsAtP ? SecondEnd(back) : FirstEnd(back);
+    figure.d = other.corner[back];
+    figure.acrossPD = Across(figure.t2, cornerQ);
+    figure.acrossQD = Across(figure.t2, cornerP);
 }
 
 bool DelaunayFlipper::TouchesHull(std::int32_t t) const {

@@ -13,6 +13,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "gen/DelaunayMesh.h"
@@ -43,6 +44,8 @@ private:
     bool RepeatListed(int repetitions);
     Visit VisitTriangle(Pass pass, std::int32_t t);
     Visit TryEdge(Pass pass, std::int32_t t, std::size_t side);
+    std::optional<Side> SideLeadingTo(std::int32_t from, std::int32_t to) const;
+    void LookAcross(Side back, Figure& figure) const;
     bool TouchesHull(std::int32_t t) const;
     std::int32_t Across(std::int32_t t, std::size_t side) const;
     Vec2f Place(std::int32_t vertex) const;

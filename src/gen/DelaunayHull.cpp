@@ -117,7 +117,7 @@ DelaunayHull::Run DelaunayHull::FindRunOverClosingEdge(Vec2f from) const {
 
 // Each triangle of the fan has the vertex first, then the ends of its hull edge.
 void DelaunayHull::AddTriangles(std::int32_t vertex, Run run) {
-    const std::int32_t name = mesh.names[static_cast<std::size_t>(vertex)];
+    const std::int32_t name = mesh.representatives[static_cast<std::size_t>(vertex)];
     const std::int32_t first = static_cast<std::int32_t>(mesh.triangles.size());
     const std::int32_t last = first + static_cast<std::int32_t>(run.count) - 1;
     std::size_t from = run.start;
@@ -125,9 +125,8 @@ void DelaunayHull::AddTriangles(std::int32_t vertex, Run run) {
         const std::size_t to = from + 1 == size ? 0 : from + 1;
         const std::int32_t owner = LinkedTriangle(owners[from]);
         MeshTriangle& neighbor = mesh.triangles[static_cast<std::size_t>(owner)];
-        const std::size_t side = mesh.namesDiffer
-                                     ? LinkedSide(owners[from])
-                                     : SideWith(neighbor, vertices[from], vertices[to]);
+        const std::size_t side = mesh.idsDiffer ? LinkedSide(owners[from])
+                                                : SideWith(neighbor, vertices[from], vertices[to]);
         neighbor.links[side] = MakeLink(index, kSideBC);
         MeshTriangle triangle;
         triangle.corner = {name, vertices[from], vertices[to]};
@@ -167,7 +166,7 @@ void DelaunayHull::SetPoint(std::size_t at, std::int32_t vertex) {
     const Vec2f place = mesh.vertices[static_cast<std::size_t>(vertex)];
     x[at] = place.x;
     y[at] = place.y;
-    vertices[at] = mesh.names[static_cast<std::size_t>(vertex)];
+    vertices[at] = mesh.representatives[static_cast<std::size_t>(vertex)];
 }
 
 void DelaunayHull::SetEdge(std::size_t at, std::size_t to) {

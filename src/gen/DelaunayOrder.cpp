@@ -69,7 +69,7 @@ void DelaunayOrder::SortRange(std::size_t begin, std::size_t end) {
     sortedCount = end;
 }
 
-// Within a run of equal distances the entries are in the points' order so far.
+// Equal points stay in their order so far, which their entries carry.
 void DelaunayOrder::BreakTies(std::size_t begin, std::size_t end) {
     const auto before = [this](std::uint64_t a, std::uint64_t b) {
         const DelaunayPoint& p = points[static_cast<std::size_t>(a & 0xffffffffu)];

@@ -1,7 +1,6 @@
 #include "gen/DelaunayQuickFlips.h"
 
 #include "gen/SwapTest.h"
-#include "gen/Triangulate.h"
 
 namespace {
 
@@ -14,14 +13,6 @@ constexpr std::size_t kFewTriangles = 32768; // stay in the cache anyway
 
 void Fetch(const MeshTriangle* triangle) {
     __builtin_prefetch(triangle);
-}
-
-// The ends of a side, as corners: the lower first.
-constexpr std::size_t FirstEnd(std::size_t side) {
-    return side == 0 ? 1 : 0;
-}
-constexpr std::size_t SecondEnd(std::size_t side) {
-    return side == 2 ? 1 : 2;
 }
 
 // Does it lead to a triangle, over an edge that may have to be flipped?
@@ -41,7 +32,7 @@ DelaunayQuickFlips::DelaunayQuickFlips(DelaunayMesh& mesh)
 }
 
 void DelaunayQuickFlips::Run(int repetitions) {
-    const std::size_t limit = kPendingBase + kPendingPerTriangle * triangles.size();
+    const std::size_t limit = PendingLimit(triangles.size());
     FlipAllTriangles();
     for (int i = 0; i < repetitions && !flipped.empty() && flipped.size() <= limit; ++i) {
         FlipListedTriangles();
@@ -113,7 +104,7 @@ bool DelaunayQuickFlips::FlipEdge(std::int32_t t) {
     const std::int32_t q = triangle.corner[SecondEnd(side)];
     const std::int32_t d = other.corner[back];
     const Vec2f* const places = vertices.data();
-    if (!ShouldSwap(places[o], places[p], places[q], places[d])) {
+    if (SwapTest(places[o], places[p], places[q], places[d]) == 1) {
         triangle.links[side] = link | kSettledBit;
         other.links[back] |= kSettledBit;
         return false;

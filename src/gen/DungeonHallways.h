@@ -1,7 +1,7 @@
-// Second half of a dungeon: the corridors and the tiles.
+// Third step of a dungeon: the corridors and the tiles.
 //
-// Steps of the dungeon generator that follow those of DungeonRooms.h, under the same rules: no
-// state, one record of the calling thread's own, tiles of the cell, x to the right, y up.
+// Called in this order, each on the record that the steps before it filled. They keep no state; a
+// thread calls them for a record of its own. Units are tiles of the cell, x to the right, y up.
 #pragma once
 
 #include "gen/DungeonRecord.h"

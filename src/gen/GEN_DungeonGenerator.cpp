@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "gen/DungeonEdges.h"
 #include "gen/DungeonHallways.h"
 #include "gen/DungeonRooms.h"
 #include "gen/Twister.h"

@@ -17,8 +17,8 @@ public:
     std::int32_t maxRoomSize = 25; ///< tiles; changed only while nothing is generated
     std::int32_t minRoomSize = 3;
 
-    /// Rewrites the record with the dungeon of the cell and keeps the memory of its containers. The
-    /// dungeon follows from the key's x and y (cell coordinates, y up), and the number of its
+    /// Rewrites the record with the dungeon of the cell, using the memory of its containers again.
+    /// The dungeon follows from the key's x and y (cell coordinates, y up), and the number of its
     /// compass points from neighborCount, the number of land cells that the neighbour graph joins
     /// to the cell. There are never more compass points than main rooms. Says on standard error
     /// what `Triangulate` says.

@@ -118,9 +118,9 @@ DelaunayMesh MakeMesh(const Points& points, std::size_t usable) {
     for (std::size_t k = 0; k < usable; ++k) {
         mesh.vertices.push_back({points[k].x, points[k].y});
     }
-    mesh.names = Names(points, usable);
+    mesh.representatives = Names(points, usable);
     for (std::size_t k = 0; k < usable; ++k) {
-        mesh.namesDiffer &= mesh.names[k] == static_cast<std::int32_t>(k);
+        mesh.idsDiffer &= mesh.representatives[k] == static_cast<std::int32_t>(k);
     }
     mesh.triangles.reserve(2 * usable);
     return mesh;

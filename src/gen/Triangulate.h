@@ -42,7 +42,7 @@ struct DelaunayTriangle {
     std::int32_t adjAB = -1; ///< index of the triangle across the edge a-b; -1 outside the hull
     std::int32_t adjBC = -1;
     std::int32_t adjAC = -1;
-    float radiusSq = -1.0f; ///< of the seed triangle's circle while no flip has rewritten it, or -1
+    float radiusSq = -1.0f; ///< of the seed's circle in triangle 0; -1 in every other
     float centreX = 0.0f;
     float centreY = 0.0f;
 };
@@ -51,12 +51,15 @@ struct DelaunayTriangle {
 /// triangle. The points are put in the order in which they were added, the three seed points first,
 /// and their sort keys are overwritten.
 ///
-/// Returns 1 on success; -1 for fewer than three usable points, or more than 2^27, whose list alone
-/// would fill 3.5 GiB (both lists stay as they are); -2
-/// when no third point makes a circle with the first two, as for points on one line (the points
-/// stay sorted by distance from the first); -3 or -4 when the first or a later pass of flips found
-/// adjacency that is not mutual, which only repeated ids can cause (the triangles stay as they were
-/// at that moment). Reports progress and problems on standard error.
+/// Returns
+/// - 1 on success;
+/// - -1 for fewer than three usable points, or more than 2^27, whose list alone would fill 3.5 GiB
+///   (both lists stay as they are);
+/// - -2 when no third point makes a circle with the first two, as for points on one line (the
+///   points stay sorted by distance from the first);
+/// - -3 or -4 when the first or a later pass of flips found adjacency that is not mutual, which
+///   only repeated ids can cause (the triangles stay as they were at that moment).
+/// Reports progress and problems on standard error.
 ///
 /// What unusual points get:
 /// - A negative id, or a coordinate that is not a finite number: not usable. Such points are left
@@ -69,10 +72,7 @@ struct DelaunayTriangle {
 /// - Any id from 0 to 2^31 - 1 is fine and costs no more than a small one.
 ///
 /// Rounding can make a pair of triangles flip back and forth, doubling the list of triangles to
-/// look at from pass to pass. Flipping ends when that list has grown beyond
-/// `kPendingBase` + `kPendingPerTriangle` times the number of triangles.
+/// look at from pass to pass. Flipping ends when that list has grown beyond `PendingLimit`
+/// (DelaunayMesh.h).
 std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
                          std::vector<DelaunayTriangle>& triangles);
-
-inline constexpr std::size_t kPendingBase = 65536;
-inline constexpr std::size_t kPendingPerTriangle = 4;

@@ -12,7 +12,7 @@
 #include "gen/DungeonRecord.h"
 #include "gfx/Vec2.h"
 
-/// Takes in 32-bit numbers one after the other; their order matters.
+/// Takes in numbers one after the other; their order matters.
 class Digest {
 public:
     void Add(std::int32_t number) { AddWord(static_cast<std::uint32_t>(number)); }

@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include "gen/DungeonEdges.h"
 #include "gen/DungeonHallways.h"
 #include "gen/DungeonRooms.h"
 #include "gen/ErrorCapture.h"

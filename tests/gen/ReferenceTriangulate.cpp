@@ -173,7 +173,7 @@ public:
     }
 
     std::int32_t FlipPhase() {
-        const std::size_t limit = kPendingBase + kPendingPerTriangle * triangles.size();
+        const std::size_t limit = 65536 + 4 * triangles.size();
         const auto repeatListed = [&](int repetitions) {
             for (int i = 0; i < repetitions && !pending.empty() && pending.size() <= limit; ++i) {
                 if (!FlipPass(Pass::Listed)) {
