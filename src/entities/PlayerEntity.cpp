@@ -18,11 +18,6 @@
 
 namespace {
 
-constexpr std::int32_t kUp = 0;
-constexpr std::int32_t kDown = 1;
-constexpr std::int32_t kLeft = 2;
-constexpr std::int32_t kRight = 3;
-
 constexpr float kInputThreshold = 0.8f;
 constexpr std::int32_t kHalfTile = kTileSize / 2;
 constexpr std::int32_t kInfoLeft = 300; // window pixels

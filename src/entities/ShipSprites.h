@@ -2,9 +2,13 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 
 #include "gfx/Sprite.h"
 
-/// New sprites by direction: 0 up, 1 down, 2 left, 3 right; null where the image is missing. The
+/// Where a ship or figure heads; the world's y grows upward.
+enum Direction : std::int32_t { kUp, kDown, kLeft, kRight };
+
+/// New sprites by `Direction`; null where the image is missing. The
 /// graphics manager owns them. Main thread.
 std::array<const Sprite*, 4> CutShipSprites();

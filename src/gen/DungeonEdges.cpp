@@ -11,12 +11,8 @@
 
 namespace {
 
-const DungeonRoom& RoomOf(const DungeonRecord& record, std::int32_t id) {
-    return record.rooms[static_cast<std::size_t>(id)];
-}
-
 void AppendEdge(std::int32_t a, std::int32_t b, DungeonRecord& record) {
-    const Vec2i d = RoomOf(record, b).center - RoomOf(record, a).center;
+    const Vec2i d = record.Room(b).center - record.Room(a).center;
     record.edges.push_back({a, b, d.x * d.x + d.y * d.y});
 }
 

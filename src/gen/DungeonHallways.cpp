@@ -111,8 +111,7 @@ void Paint(Vec2i minCorner, Vec2i maxCorner, std::uint8_t value, DungeonRecord& 
 
 void BuildHallways(DungeonRecord& record) {
     for (const DungeonEdge& edge : record.hallwayEdges) {
-        AppendHallways(record.rooms[static_cast<std::size_t>(edge.a)],
-                       record.rooms[static_cast<std::size_t>(edge.b)], record);
+        AppendHallways(record.Room(edge.a), record.Room(edge.b), record);
     }
 }
 
@@ -121,7 +120,7 @@ void PaintTiles(DungeonRecord& record) {
         Paint(hallway.minCorner, hallway.maxCorner, kTileHallway, record);
     }
     for (const std::int32_t id : record.mainRooms) {
-        const DungeonRoom& room = record.rooms[static_cast<std::size_t>(id)];
+        const DungeonRoom& room = record.Room(id);
         Paint(room.minCorner, room.maxCorner, kTileRoom, record);
     }
 }

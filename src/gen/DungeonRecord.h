@@ -45,6 +45,10 @@ struct DungeonRecord {
     std::vector<Vec2i> compassPoints;
     std::array<std::uint8_t, std::size_t{kCellTiles} * kCellTiles> tiles{}; ///< row-major
 
+    /// The room with this id, which must be one of `rooms`.
+    DungeonRoom& Room(std::int32_t id) { return rooms[static_cast<std::size_t>(id)]; }
+    const DungeonRoom& Room(std::int32_t id) const { return rooms[static_cast<std::size_t>(id)]; }
+
     /// The value of the tile in column x and row y, both 0 to 511.
     std::uint8_t TileAt(std::int32_t x, std::int32_t y) const {
         return tiles[static_cast<std::size_t>(y) * kCellTiles + static_cast<std::size_t>(x)];

@@ -42,7 +42,7 @@ private:
 
 void PlaceEnemies(std::int32_t seed, Twister& rng, DungeonRecord& record) {
     for (const std::int32_t id : record.mainRooms) {
-        DungeonRoom& room = record.rooms[static_cast<std::size_t>(id)];
+        DungeonRoom& room = record.Room(id);
         const std::int32_t most = room.w * room.h / kTilesPerEnemy;
         const std::int32_t count = most > 0 ? std::max(seed % most, 0) : 0;
         room.spawnPoints.resize(static_cast<std::size_t>(count));
@@ -70,16 +70,20 @@ std::vector<std::int32_t> ChooseRooms(std::size_t count, const std::vector<std::
 void PlaceCompassPoints(std::size_t neighborCount, Twister& rng, DungeonRecord& record) {
     const std::size_t count = std::min(neighborCount, record.mainRooms.size());
     for (const std::int32_t id : ChooseRooms(count, record.mainRooms, rng)) {
-        record.compassPoints.push_back(TileDraw(record.rooms[static_cast<std::size_t>(id)])(rng));
+        record.compassPoints.push_back(TileDraw(record.Room(id))(rng));
     }
 }
 
 } // namespace
 
+void GEN_DungeonGenerator::Generate(const GridKey& cellKey, DungeonRecord& record) const {
+    Generate(cellKey, countNeighbors ? countNeighbors(cellKey) : 0, record);
+}
+
 void GEN_DungeonGenerator::Generate(const GridKey& cellKey, std::size_t neighborCount,
                                     DungeonRecord& record) const {
     ClearRecord(record);
-    const std::int32_t seed = CellKey({cellKey.x, cellKey.y}).id;
+    const std::int32_t seed = CellKey(cellKey.Coords()).id;
     // Both engines start from the seed, so the second repeats the numbers that placed the rooms.
     Twister rng(static_cast<std::uint32_t>(seed));
     Twister roomRng = rng;

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 
 #include "app/CMN_Singleton.h"
 #include "gen/DungeonRecord.h"
@@ -16,6 +17,14 @@ class GEN_DungeonGenerator : public CMN_Singleton<GEN_DungeonGenerator> {
 public:
     std::int32_t maxRoomSize = 25; ///< tiles; changed only while nothing is generated
     std::int32_t minRoomSize = 3;
+
+    /// How many land cells the neighbour graph joins to a cell, as the store of the graph answers
+    /// it on any thread; set before anything is generated. The generator knows no store.
+    std::function<std::size_t(const GridKey& cellKey)> countNeighbors;
+
+    /// Rewrites the record with the dungeon of the cell, with a compass point for each of its
+    /// neighbours as `countNeighbors` counts them now: none where nothing counts them.
+    void Generate(const GridKey& cellKey, DungeonRecord& record) const;
 
     /// Rewrites the record with the dungeon of the cell, using the memory of its containers again.
     /// The dungeon follows from the key's x and y (cell coordinates, y up), and the number of its

@@ -13,10 +13,10 @@ namespace {
 constexpr std::size_t kCellCount = std::size_t{kClusterCells} * kClusterCells;
 using CellArray = std::array<CellFlagMap::value_type, kCellCount>;
 
-// Row by row, one accepted draw a cell.
+// Row by row, one accepted draw per cell.
 void DrawFlags(const GridKey& key, CellArray& cells) {
     Twister rng(static_cast<std::uint32_t>(key.id));
-    const Vec2i corner = Vec2i{key.x, key.y} * kClusterCells;
+    const Vec2i corner = key.Coords() * kClusterCells;
     std::size_t next = 0;
     for (std::int32_t row = 0; row < kClusterCells; ++row) {
         const std::int32_t rowId = CellKey(corner + Vec2i{0, row}).id;

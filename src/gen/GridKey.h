@@ -24,6 +24,9 @@ struct GridKey {
     std::int32_t y = 0;
     std::int32_t id = kUnsetId;
 
+    /// x and y, in cells or clusters (y up).
+    constexpr Vec2i Coords() const { return {x, y}; }
+
     friend constexpr bool operator<(const GridKey& a, const GridKey& b) { return a.id < b.id; }
 };
 

@@ -34,6 +34,9 @@ std::int32_t DrawListing(const RecordTable<Record>& table, const char* format,
 bool ASM_AssetManager::Init() {
     dungeons.Fill(dungeonPoolSize);
     clusters.Fill(clusterPoolSize);
+    GEN_DungeonGenerator::GetInstance()->countNeighbors = [](const GridKey& cellKey) {
+        return ASM_AssetManager::GetInstance()->GetNeighbors(cellKey).size();
+    };
     return true;
 }
 
