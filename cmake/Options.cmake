@@ -12,6 +12,27 @@ if(VESK_WARNINGS_AS_ERRORS)
     target_compile_options(vesk_options INTERFACE -Werror)
 endif()
 
+# What is released is hardened: no fixed addresses, no writable tables of functions, checked buffers.
+set(hardened "$<AND:$<CONFIG:Release>,$<BOOL:${VESK_HARDEN}>>")
+target_compile_options(vesk_options INTERFACE
+    $<${hardened}:-fstack-protector-strong> $<${hardened}:-U_FORTIFY_SOURCE>
+    $<${hardened}:-D_FORTIFY_SOURCE=2>)
+target_link_options(vesk_options INTERFACE
+    $<${hardened}:LINKER:-z,relro> $<${hardened}:LINKER:-z,now>)
+
+# The release build must come out the same wherever the sources lie.
+target_compile_options(vesk_options INTERFACE
+    $<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>)
+
+# Takes the compilers' names out of a released executable: they tell where it was built and are of no
+# use to who runs it.
+function(vesk_strip_comment target)
+    add_custom_command(TARGET ${target} POST_BUILD
+        COMMAND $<$<CONFIG:Release>:${CMAKE_OBJCOPY}> $<$<CONFIG:Release>:--remove-section=.comment>
+            $<$<CONFIG:Release>:$<TARGET_FILE:${target}>>
+        COMMAND_EXPAND_LISTS)
+endfunction()
+
 if(VESK_SANITIZE)
     target_compile_options(vesk_options INTERFACE
         -fsanitize=${VESK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

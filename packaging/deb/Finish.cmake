@@ -33,3 +33,11 @@ file(REMOVE_RECURSE ${root}/usr/bin)
 file(MAKE_DIRECTORY ${root}/etc/vesk)
 file(RENAME ${root}/usr/lib/vesk/vesk.ini ${root}/etc/vesk/vesk.ini)
 file(CREATE_LINK /etc/vesk/vesk.ini ${root}/usr/lib/vesk/vesk.ini SYMBOLIC)
+
+# Every file bears the time of the last commit, so that the package comes out the same whenever and
+# wherever it is made.
+if(DEFINED ENV{SOURCE_DATE_EPOCH})
+    execute_process(
+        COMMAND find ${root} -exec touch --no-dereference --date=@$ENV{SOURCE_DATE_EPOCH} {} +
+        COMMAND_ERROR_IS_FATAL ANY)
+endif()
