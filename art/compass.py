@@ -1,7 +1,7 @@
 """The marker on the ways to other islands: a pocket compass. Drawn as 32 x 32 pixels, each enlarged
 to 4 x 4, so that nearest-pixel scaling to 32 window pixels loses nothing."""
 
-from builder.picture import Picture, Sheet
+from builder.picture import blank, enlarged
 from builder.shapes import disc, polygon, rectangle
 
 SIZE = 32
@@ -10,8 +10,8 @@ MIDDLE = (32, 36)  # in half pixels, as all places below: the case hangs under i
 
 
 def draw(palette):
-    """Returns the finished Sheet."""
-    picture = Picture(SIZE, SIZE)
+    """Returns the finished picture."""
+    picture = blank(SIZE, SIZE)
     rectangle(picture, (24, 0), (40, 10), palette["ink"])
     rectangle(picture, (26, 2), (38, 10), palette["gold_dark"])
     rectangle(picture, (26, 2), (32, 10), palette["gold"])
@@ -29,4 +29,4 @@ def draw(palette):
     polygon(picture, ((19, 49), (27, 31), (37, 41)), palette["navy"])
     disc(picture, MIDDLE, 5, palette["ink"])
     disc(picture, MIDDLE, 3, palette["gold"])
-    return Sheet(picture.enlarged(ENLARGED), True)
+    return enlarged(picture, ENLARGED)

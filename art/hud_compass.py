@@ -3,7 +3,7 @@
 Island icons are laid on it, up to 50 pixels from the middle and 20 pixels for each cell of
 distance, so the plate is dark and calm, with rings at one and two cells."""
 
-from builder.picture import Picture, Sheet
+from builder.picture import blank, put
 from builder.shapes import disc, polygon
 
 SIZE = 100
@@ -16,8 +16,8 @@ LETTER = ("X...X",
 
 
 def draw(palette):
-    """Returns the finished Sheet."""
-    picture = Picture(SIZE, SIZE)
+    """Returns the finished picture."""
+    picture = blank(SIZE, SIZE)
     for radius, colour in ((100, "ink"), (97, "gold_dark"), (94, "gold"), (91, "ink"),
                            (88, "navy"),
                            (81, "slate"), (79, "navy"), (41, "slate"), (39, "navy")):
@@ -30,7 +30,7 @@ def draw(palette):
     disc(picture, MIDDLE, 9, palette["ink"])
     disc(picture, MIDDLE, 6, palette["gold"])
     _letter(picture, 48, 9, palette)
-    return Sheet(picture, True)
+    return picture
 
 
 def _point(picture, tip, width, light, dark):
@@ -50,4 +50,4 @@ def _letter(picture, left, top, palette):
     for y, row in enumerate(LETTER):
         for x, cell in enumerate(row):
             if cell == "X":
-                picture.put(left + x, top + y, palette["cloth"])
+                put(picture, left + x, top + y, palette["cloth"])

@@ -1,7 +1,7 @@
 """The program's icon: the ship on a round plate. Drawn as 64 x 64 pixels and enlarged without
 smoothing; packaging/icons/ gets it in three sizes and as an SVG picture of squares."""
 
-from builder.picture import Picture, Sheet
+from builder.picture import blank, outlined, put
 from builder.shapes import disc, polygon, rectangle, spans
 
 SIZE = 64
@@ -22,8 +22,8 @@ HULL_TOP = 40
 
 
 def draw(palette):
-    """Returns the finished Sheet, at its smallest size."""
-    picture = Picture(SIZE, SIZE)
+    """Returns the finished picture, at its smallest size."""
+    picture = blank(SIZE, SIZE)
     for radius, colour in ((63, "ink"), (60, "gold_dark")):
         disc(picture, MIDDLE, radius, palette[colour])
     disc(picture, (63, 63), 57, palette["gold"])
@@ -32,15 +32,15 @@ def draw(palette):
     for y in range(SIZE):
         for x in range(SIZE):
             if (2 * x + 1 - MIDDLE[0]) ** 2 + (2 * y + 1 - MIDDLE[1]) ** 2 <= 51 ** 2:
-                picture.put(x, y, view.rows[y][x])
-    picture.paste(_ship(palette).outlined(palette["ink"]), 0, 0)
+                put(picture, x, y, view.getpixel((x, y)))
+    picture.alpha_composite(outlined(_ship(palette), palette["ink"]))
     _foam(picture, palette)
-    return Sheet(picture, True)
+    return picture
 
 
 def _view(palette):
     """Evening sky with a low sun, and the sea."""
-    view = Picture(SIZE, SIZE)
+    view = blank(SIZE, SIZE)
     rectangle(view, (0, 0), (128, 128), palette["slate"])
     rectangle(view, (0, 0), (128, 44), palette["navy"])
     for band in (48, 54):
@@ -54,7 +54,7 @@ def _view(palette):
 
 
 def _ship(palette):
-    ship = Picture(SIZE, SIZE)
+    ship = blank(SIZE, SIZE)
     rectangle(ship, (62, 16), (66, 90), palette["wood_mid"])
     polygon(ship, ((66, 16), (66, 26), (88, 21)), palette["red"])
     spans(ship, SAIL_TOP, SAIL, lambda x, y, left, right: _sail_colour(palette, x, y, left))
@@ -82,4 +82,4 @@ def _foam(picture, palette):
     for x, y, length in ((14, 50, 4), (45, 50, 5), (15, 51, 10), (27, 51, 9), (38, 51, 11),
                          (20, 52, 4), (33, 52, 4)):
         for column in range(x, x + length):
-            picture.put(column, y, palette["foam"])
+            put(picture, column, y, palette["foam"])

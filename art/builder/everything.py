@@ -2,29 +2,52 @@
 
 import importlib
 
-from . import font, png, svg
-from .picture import Palette, read_sheet
+from . import font, picture, svg
 
 GRIDS = ("ships", "link_raw", "image", "terrain_transition", "enemies", "island_icon")
 PROGRAMS = ("compass", "hud_compass")
 ICON_SIZES = (64, 128, 256)
 
+SEA_COLOR = """\
+// Written by scripts/build-art: what shows where nothing is drawn.
+#pragma once
+
+#include <SDL_pixels.h>
+
+/// The mean colour of the water tile.
+inline constexpr SDL_Color kSeaColor{%d, %d, %d, 255};
+"""
+
 
 def build(art):
     """art: the folder with the sources. Returns {name in the tree: bytes}."""
-    palette = Palette(art / "palette.txt")
-    sheets = {name: read_sheet(art / (name + ".txt"), palette) for name in GRIDS}
+    palette = picture.Palette(art / "palette.txt")
+    sheets = {name: picture.read_sheet(art / (name + ".txt"), palette) for name in GRIDS}
+    drawn = {name: sheet for name, (sheet, _) in sheets.items()}
     for name in PROGRAMS:
-        sheets[name] = _drawn(name, palette)
-    files = {"data/%s.png" % name: png.encode(sheet.picture.rows, sheet.with_alpha)
-             for name, sheet in sheets.items()}
+        drawn[name] = _drawn(name, palette)
+    files = {"data/%s.png" % name: picture.png(sheet) for name, sheet in drawn.items()}
     files["data/sample.ttf"] = font.build(font.read_face(art / "sample_font.txt"))
-    icon = _drawn("icon", palette).picture
+    icon = _drawn("icon", palette)
     for size in ICON_SIZES:
-        enlarged = icon.enlarged(size // icon.width)
-        files["packaging/icons/vesk-%d.png" % size] = png.encode(enlarged.rows, True)
+        files["packaging/icons/vesk-%d.png" % size] = picture.png(
+            picture.enlarged(icon, size // icon.width))
     files["packaging/icons/vesk.svg"] = svg.encode(icon)
+    water = sheets["image"][1]["water"]
+    files["src/gfx/SeaColor.h"] = (SEA_COLOR % picture.mean(water)).encode("ascii")
     return files
+
+
+def same(name, one, other):
+    """Whether two files of this name show the same: pixels, outlines and metrics count, not how a
+    library packed them."""
+    meaning = {"png": picture.meaning, "ttf": font.meaning}.get(name.rsplit(".", 1)[-1])
+    if one == other or meaning is None:
+        return one == other
+    try:
+        return meaning(one) == meaning(other)
+    except Exception:  # whatever a library raises for a file that it cannot read
+        return False
 
 
 def _drawn(name, palette):

@@ -1,10 +1,10 @@
-"""Builds a TrueType font whose outlines are the edges of square pixels.
+"""Builds a TrueType font whose outlines are the edges of square pixels."""
 
-Only the tables that a font must have, written field by field from the glyph grids. Nothing in the
-file depends on the day, the machine or a library: the same grids give the same bytes.
-"""
+import io
 
-import struct
+from fontTools.fontBuilder import FontBuilder
+from fontTools.pens.ttGlyphPen import TTGlyphPen
+from fontTools.ttLib import TTFont, newTable
 
 from .picture import ArtError
 
@@ -85,7 +85,7 @@ def _read_block(face, path, names, rows, start):
             face.glyphs[" " if name == "space" else name] = glyph
 
 
-def contours(pixels):
+def _contours(pixels):
     """The outlines of a set of pixels as lists of corner points, the inside on their right. Pixels
     that meet at a corner only get outlines of their own."""
     edges = {}
@@ -119,118 +119,60 @@ def contours(pixels):
 
 
 def _outline(glyph, bearing):
-    """The glyf entry. Returns (bytes, xMin, yMin, xMax, yMax, points, contours)."""
-    shapes = contours(glyph.pixels)
-    if not shapes:
-        return b"", 0, 0, 0, 0, 0, 0
-    shapes = [[((x + bearing) * UNITS, y * UNITS) for x, y in shape] for shape in shapes]
-    points = [point for shape in shapes for point in shape]
-    xs = [x for x, _ in points]
-    ys = [y for _, y in points]
-    box = (min(xs), min(ys), max(xs), max(ys))
-    data = struct.pack(">hhhhh", len(shapes), *box)
-    end = -1
-    for shape in shapes:
-        end += len(shape)
-        data += struct.pack(">H", end)
-    data += struct.pack(">H", 0)  # no instructions
-    data += b"\x01" * len(points)  # on the curve, both coordinates as 16-bit differences
-    for values in (xs, ys):
-        previous = 0
-        for value in values:
-            data += struct.pack(">h", value - previous)
-            previous = value
-    return (data + b"\0" * (-len(data) % 4), *box, len(points), len(shapes))
+    pen = TTGlyphPen(None)
+    for points in _contours(glyph.pixels):
+        corners = [((x + bearing) * UNITS, y * UNITS) for x, y in points]
+        pen.moveTo(corners[0])
+        for corner in corners[1:]:
+            pen.lineTo(corner)
+        pen.closePath()
+    return pen.glyph()
 
 
 def build(face):
     """The font file's bytes."""
-    order = [face.missing] + [face.glyphs[chr(code)] for code in range(_FIRST, _LAST + 1)]
-    outlines = [_outline(glyph, face.bearing) for glyph in order]
-    advances = [(face.bearing + glyph.width + face.gap) * UNITS for glyph in order]
-    glyf, loca = b"", [0]
-    for outline in outlines:
-        glyf += outline[0]
-        loca.append(len(glyf))
-    inked = [outline for outline in outlines if outline[0]]
-    box = (min(o[1] for o in inked), min(o[2] for o in inked),
-           max(o[3] for o in inked), max(o[4] for o in inked))
+    characters = {code: "u%04X" % code for code in range(_FIRST, _LAST + 1)}
+    drawn = {".notdef": face.missing}
+    drawn.update({name: face.glyphs[chr(code)] for code, name in characters.items()})
     ascent, descent = face.ascent * UNITS, face.descent * UNITS
-    rights = [advance - outline[3] for advance, outline in zip(advances, outlines) if outline[0]]
-    tables = {
-        b"head": struct.pack(">IIIIHHQQhhhhHHhhh", 0x10000, 0x10000, 0, 0x5F0F3CF5, 0x000B,
-                             face.size * UNITS, _DATE, _DATE, *box, 0, face.size, 2, 1, 0),
-        b"hhea": struct.pack(">IhhhHhhhhhh4hhH", 0x10000, ascent, -descent, 0, max(advances),
-                             box[0], min(rights), box[2], 1, 0, 0, 0, 0, 0, 0, 0, len(order)),
-        b"maxp": struct.pack(">IH13H", 0x10000, len(order), max(o[5] for o in outlines),
-                             max(o[6] for o in outlines), 0, 0, 2, 0, 0, 0, 0, 64, 0, 0, 0),
-        b"hmtx": b"".join(struct.pack(">Hh", advance, outline[1])
-                          for advance, outline in zip(advances, outlines)),
-        b"loca": b"".join(struct.pack(">I", offset) for offset in loca),
-        b"glyf": glyf,
-        b"cmap": _cmap(),
-        b"name": _names(face.name),
-        b"post": struct.pack(">IIhhIIIII", 0x30000, 0, -2 * UNITS, UNITS, 0, 0, 0, 0, 0),
-        b"OS/2": _os2(face, advances),
-        # Grid fitting on and grey levels on at every size.
-        b"gasp": struct.pack(">HHHH", 1, 1, 0xFFFF, 0x000F),
-    }
-    return _file(tables)
+
+    font = FontBuilder(face.size * UNITS, isTTF=True)
+    font.font.recalcTimestamp = False
+    font.updateHead(created=_DATE, modified=_DATE)
+    font.setupGlyphOrder(list(drawn))
+    font.setupCharacterMap(characters)
+    outlines = {name: _outline(glyph, face.bearing) for name, glyph in drawn.items()}
+    font.setupGlyf(outlines)
+    font.setupHorizontalMetrics(
+        {name: ((face.bearing + glyph.width + face.gap) * UNITS, outlines[name].xMin)
+         for name, glyph in drawn.items()})
+    font.setupHorizontalHeader(ascent=ascent, descent=-descent)
+    font.setupNameTable({"familyName": face.name, "styleName": "Regular",
+                         "uniqueFontIdentifier": face.name + " 1.0", "fullName": face.name,
+                         "version": "Version 1.0", "psName": face.name.replace(" ", "")},
+                        mac=False)
+    font.setupOS2(sTypoAscender=ascent, sTypoDescender=-descent, usWinAscent=ascent,
+                  usWinDescent=descent, sxHeight=outlines["u0078"].yMax,
+                  sCapHeight=outlines["u0048"].yMax)
+    font.setupPost(keepGlyphNames=False, underlinePosition=-2 * UNITS, underlineThickness=UNITS)
+    # Grid fitting on and grey levels on at every size.
+    font.font["gasp"] = newTable("gasp")
+    font.font["gasp"].gaspRange = {0xFFFF: 0x000F}
+    file = io.BytesIO()
+    font.save(file)
+    return file.getvalue()
 
 
-def _cmap():
-    """Format 4 with one segment for all characters; glyph 1 is the first of them."""
-    ends, starts = (_LAST, 0xFFFF), (_FIRST, 0xFFFF)
-    deltas = ((1 - _FIRST) & 0xFFFF, 1)
-    body = (struct.pack(">HHHH", 4, 4, 1, 0) + struct.pack(">2HH2H", *ends, 0, *starts)
-            + struct.pack(">2H2H", *deltas, 0, 0))
-    table = struct.pack(">HHH", 4, len(body) + 6, 0) + body
-    return (struct.pack(">HH", 0, 2) + struct.pack(">HHI", 0, 3, 20)
-            + struct.pack(">HHI", 3, 1, 20) + table)
-
-
-def _names(family):
-    texts = ((1, family), (2, "Regular"), (3, family + " 1.0"), (4, family), (5, "Version 1.0"),
-             (6, family.replace(" ", "")))
-    records, storage = b"", b""
-    for name_id, text in texts:
-        encoded = text.encode("utf-16-be")
-        records += struct.pack(">HHHHHH", 3, 1, 0x409, name_id, len(encoded), len(storage))
-        storage += encoded
-    return struct.pack(">HHH", 0, len(texts), 6 + len(records)) + records + storage
-
-
-def _os2(face, advances):
-    inked = [advance for advance in advances if advance]
-    ascent, descent = face.ascent * UNITS, face.descent * UNITS
-    x_height = (max(y for _, y in face.glyphs["x"].pixels) + 1) * UNITS
-    cap_height = (max(y for _, y in face.glyphs["H"].pixels) + 1) * UNITS
-    half = face.size * UNITS // 2
-    return (struct.pack(">HhHHH", 4, sum(inked) // len(inked), 400, 5, 0)
-            + struct.pack(">10h", half, half, 0, 0, half, half, 0, half, UNITS, x_height // 2)
-            + struct.pack(">h10s4I4s", 0, b"\0" * 10, 1, 0, 0, 0, b"    ")
-            + struct.pack(">HHH", 0x0040 | 0x0080, _FIRST, _LAST)
-            + struct.pack(">hhhHH", ascent, -descent, 0, ascent, descent)
-            + struct.pack(">IIhhHHH", 1, 0, x_height, cap_height, 0, 32, 0))
-
-
-def _checksum(data):
-    data += b"\0" * (-len(data) % 4)
-    return sum(struct.unpack(">%dI" % (len(data) // 4), data)) & 0xFFFFFFFF
-
-
-def _file(tables):
-    count = len(tables)
-    power = 1 << (count.bit_length() - 1)
-    header = struct.pack(">IHHHH", 0x10000, count, power * 16, power.bit_length() - 1,
-                         (count - power) * 16)
-    offset = len(header) + 16 * count
-    directory, body, head_at = b"", b"", 0
-    for tag, data in sorted(tables.items()):
-        if tag == b"head":
-            head_at = offset + len(body)
-        directory += struct.pack(">4sIII", tag, _checksum(data), offset + len(body), len(data))
-        body += data + b"\0" * (-len(data) % 4)
-    font = bytearray(header + directory + body)
-    struct.pack_into(">I", font, head_at + 8, (0xB1B0AFBA - _checksum(bytes(font))) & 0xFFFFFFFF)
-    return bytes(font)
+def meaning(content):
+    """What a font file draws, whichever program wrote it: the metrics, the name and, for each
+    character, the advance and the outline. Raises when it is no font."""
+    font = TTFont(io.BytesIO(content))
+    glyphs, widths, characters = font["glyf"], font["hmtx"], font.getBestCmap()
+    characters[None] = font.getGlyphOrder()[0]
+    drawn = {}
+    for code, name in characters.items():
+        points, ends, flags = glyphs[name].getCoordinates(glyphs)
+        drawn[code] = (widths[name], list(points), list(ends), [flag & 1 for flag in flags])
+    header = font["hhea"]
+    return (font["head"].unitsPerEm, header.ascent, header.descent, header.lineGap,
+            font["name"].getDebugName(1), drawn)

@@ -1,5 +1,9 @@
 """The palette, and the pictures drawn as grids of characters (art/README.md has the format)."""
 
+import io
+
+from PIL import Image, ImageChops, ImageStat
+
 CLEAR = (0, 0, 0, 0)
 
 
@@ -30,64 +34,61 @@ class Palette:
         return self.by_name[name]
 
 
-class Picture:
-    """A rectangle of (r, g, b, a) pixels, row 0 at the top, that starts clear."""
-
-    def __init__(self, width, height):
-        self.width = width
-        self.height = height
-        self.rows = [[CLEAR] * width for _ in range(height)]
-
-    def put(self, x, y, colour):
-        """Sets one pixel; outside the picture it does nothing."""
-        if 0 <= x < self.width and 0 <= y < self.height:
-            self.rows[y][x] = colour
-
-    def paste(self, other, x, y):
-        """Lays another picture over this one; its clear pixels leave what is there."""
-        for row in range(other.height):
-            for column in range(other.width):
-                if other.rows[row][column][3]:
-                    self.put(x + column, y + row, other.rows[row][column])
-
-    def mirrored(self):
-        """The same picture with left and right exchanged."""
-        result = Picture(self.width, self.height)
-        result.rows = [row[::-1] for row in self.rows]
-        return result
-
-    def outlined(self, colour):
-        """The same picture with every clear pixel beside a drawn one (not only at its corner) in
-        the given colour."""
-        result = Picture(self.width, self.height)
-        for y in range(self.height):
-            for x in range(self.width):
-                beside = ((x - 1, y), (x + 1, y), (x, y - 1), (x, y + 1))
-                if self.rows[y][x][3]:
-                    result.rows[y][x] = self.rows[y][x]
-                elif any(0 <= column < self.width and 0 <= row < self.height
-                         and self.rows[row][column][3] for column, row in beside):
-                    result.rows[y][x] = colour
-        return result
-
-    def enlarged(self, factor):
-        """Every pixel becomes a square of factor x factor pixels."""
-        result = Picture(self.width * factor, self.height * factor)
-        result.rows = [[pixel for pixel in row for _ in range(factor)]
-                       for row in self.rows for _ in range(factor)]
-        return result
+def blank(width, height):
+    """A picture that is clear everywhere. Pictures are RGBA images, row 0 at the top."""
+    return Image.new("RGBA", (width, height), CLEAR)
 
 
-class Sheet:
-    """A picture file with what its source says about it."""
+def put(picture, x, y, colour):
+    """Sets one pixel; outside the picture it does nothing."""
+    if 0 <= x < picture.width and 0 <= y < picture.height:
+        picture.putpixel((x, y), colour)
 
-    def __init__(self, picture, with_alpha):
-        self.picture = picture
-        self.with_alpha = with_alpha
+
+def mirrored(picture):
+    """The same picture with left and right exchanged."""
+    return picture.transpose(Image.FLIP_LEFT_RIGHT)
+
+
+def enlarged(picture, factor):
+    """Every pixel becomes a square of factor x factor pixels."""
+    return picture.resize((picture.width * factor, picture.height * factor), Image.NEAREST)
+
+
+def outlined(picture, colour):
+    """The same picture with every clear pixel beside a drawn one (not only at its corner) in the
+    given colour. The picture must not reach its own edges."""
+    mask = picture.getchannel("A")
+    around = mask
+    for step in ((1, 0), (-1, 0), (0, 1), (0, -1)):
+        around = ImageChops.lighter(around, ImageChops.offset(mask, *step))
+    result = blank(*picture.size)
+    result.paste(colour, (0, 0), around)
+    result.alpha_composite(picture)
+    return result
+
+
+def png(picture):
+    """The picture as a PNG file's bytes; without an alpha channel when it is opaque everywhere."""
+    opaque = picture.getextrema()[3] == (255, 255)
+    file = io.BytesIO()
+    picture.convert("RGB" if opaque else "RGBA").save(file, "PNG", optimize=True)
+    return file.getvalue()
+
+
+def meaning(content):
+    """What a PNG file shows, however it is packed: its kind of pixels, its size and the pixels."""
+    picture = Image.open(io.BytesIO(content))
+    return picture.mode, picture.size, picture.tobytes()
+
+
+def mean(picture):
+    """The mean colour of a picture: (r, g, b), rounded."""
+    return tuple(round(value) for value in ImageStat.Stat(picture.convert("RGB")).mean)
 
 
 def read_sheet(path, palette):
-    """Reads a grid file. Returns a Sheet."""
+    """Reads a grid file. Returns the picture and its figures by name."""
     return _SheetReader(path, palette).read()
 
 
@@ -98,7 +99,7 @@ class _SheetReader:
         self._lines = path.read_text(encoding="ascii").splitlines()
         self._at = 0
         self._figures = {}
-        self._sheet = None
+        self._picture = None
 
     def read(self):
         while self._at < len(self._lines):
@@ -106,21 +107,21 @@ class _SheetReader:
             self._at += 1
             if words:
                 self._obey(words)
-        if self._sheet is None:
+        if self._picture is None:
             self._fail("no picture line")
-        return self._sheet
+        return self._picture, self._figures
 
     def _obey(self, words):
         kind = words[0]
-        if kind == "picture" and len(words) == 4 and words[3] in ("opaque", "alpha"):
-            self._sheet = Sheet(Picture(int(words[1]), int(words[2])), words[3] == "alpha")
+        if kind == "picture" and len(words) == 3:
+            self._picture = blank(int(words[1]), int(words[2]))
         elif kind == "figure" and (len(words) == 2 or len(words) == 4 and words[2] == "enlarged"):
             figure = self._read_figure()
-            self._figures[words[1]] = figure.enlarged(int(words[3])) if words[2:] else figure
+            self._figures[words[1]] = enlarged(figure, int(words[3])) if words[2:] else figure
         elif kind == "place" and len(words) in (4, 5) and words[4:] in ([], ["mirrored"]):
             figure = self._figure(words[1])
-            self._sheet.picture.paste(figure.mirrored() if words[4:] else figure,
-                                      int(words[2]), int(words[3]))
+            self._picture.alpha_composite(mirrored(figure) if words[4:] else figure,
+                                          (int(words[2]), int(words[3])))
         elif kind == "repeat" and len(words) == 6:
             self._repeat(self._figure(words[1]), [int(word) for word in words[2:]])
         else:
@@ -136,11 +137,11 @@ class _SheetReader:
             for key in row:
                 if key not in self._palette.by_key:
                     self._fail("'%s' is no colour of the palette" % key)
-            rows.append([self._palette.by_key[key] for key in row])
+            rows.append(row)
         if not rows:
             self._fail("a figure without rows")
-        figure = Picture(len(rows[0]), len(rows))
-        figure.rows = rows
+        figure = blank(len(rows[0]), len(rows))
+        figure.putdata([self._palette.by_key[key] for row in rows for key in row])
         return figure
 
     def _figure(self, name):
@@ -149,10 +150,13 @@ class _SheetReader:
         return self._figures[name]
 
     def _repeat(self, figure, area):
-        """Fills an area (left, top, right, bottom; the latter two outside) with copies."""
-        for y in range(area[1], area[3], figure.height):
-            for x in range(area[0], area[2], figure.width):
-                self._sheet.picture.paste(figure, x, y)
+        """Covers an area with copies of a figure; what leaves the picture or the area is cut."""
+        left, top, right, bottom = area
+        tiles = blank(right - left, bottom - top)
+        for y in range(0, tiles.height, figure.height):
+            for x in range(0, tiles.width, figure.width):
+                tiles.paste(figure, (x, y))
+        self._picture.paste(tiles, (left, top))
 
-    def _fail(self, message):
-        raise ArtError("%s:%d: %s" % (self._path.name, self._at, message))
+    def _fail(self, reason):
+        raise ArtError("%s:%d: %s" % (self._path.name, self._at, reason))

@@ -1,6 +1,8 @@
 """Shapes for the pictures that are drawn by a program. Whole-number arithmetic only, so that the
 same pixels come out everywhere. A pixel belongs to a shape when its centre does."""
 
+from .picture import put
+
 
 def disc(picture, centre, radius, colour):
     """A filled circle. centre (x, y) and radius in half pixels: the middle of a 100-pixel picture
@@ -8,7 +10,7 @@ def disc(picture, centre, radius, colour):
     for y in range(picture.height):
         for x in range(picture.width):
             if (2 * x + 1 - centre[0]) ** 2 + (2 * y + 1 - centre[1]) ** 2 <= radius ** 2:
-                picture.put(x, y, colour)
+                put(picture, x, y, colour)
 
 
 def polygon(picture, corners, colour):
@@ -18,7 +20,7 @@ def polygon(picture, corners, colour):
             sides = [_side(corners[i - 1], corners[i], (2 * x + 1, 2 * y + 1))
                      for i in range(len(corners))]
             if all(side >= 0 for side in sides) or all(side <= 0 for side in sides):
-                picture.put(x, y, colour)
+                put(picture, x, y, colour)
 
 
 def _side(start, end, point):
@@ -31,7 +33,7 @@ def rectangle(picture, corner, opposite, colour):
     for y in range(picture.height):
         for x in range(picture.width):
             if corner[0] < 2 * x + 1 < opposite[0] and corner[1] < 2 * y + 1 < opposite[1]:
-                picture.put(x, y, colour)
+                put(picture, x, y, colour)
 
 
 def spans(picture, top, rows, colour_of):
@@ -39,4 +41,4 @@ def spans(picture, top, rows, colour_of):
     called with (x, y, first, last)."""
     for y, (first, last) in enumerate(rows, top):
         for x in range(first, last + 1):
-            picture.put(x, y, colour_of(x, y, first, last))
+            put(picture, x, y, colour_of(x, y, first, last))

@@ -5,6 +5,7 @@
 #include "common/Portability.h"
 #include "gfx/DataPath.h"
 #include "gfx/SdlError.h"
+#include "gfx/SeaColor.h"
 
 #include <SDL_image.h>
 
@@ -76,6 +77,8 @@ bool GFX_GraphicsManager::CreateWindowAndRenderer() {
         PrintSdlError("SDL_CreateRenderer");
         return false;
     }
+    // What no tile covers, between them or beyond the drawn extent, is sea as well.
+    SDL_SetRenderDrawColor(renderer, kSeaColor.r, kSeaColor.g, kSeaColor.b, kSeaColor.a);
     return true;
 }
 

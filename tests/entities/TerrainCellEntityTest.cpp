@@ -25,6 +25,8 @@ protected:
     TerrainTest() {
         game.TickOnly();
         game.Settle();
+        // Sea would look like water tiles; on black it shows which pixels are drawn.
+        SDL_SetRenderDrawColor(GFX_GraphicsManager::GetInstance()->renderer, 0, 0, 0, 255);
         for (const std::vector<IEntity*>& layer : game.World().layers) {
             for (IEntity* entity : layer) {
                 entity->active = entity == game.World().cellGrid.FindLoaded(kLand);

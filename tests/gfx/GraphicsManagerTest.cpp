@@ -1,6 +1,7 @@
 #include "gfx/GFX_GraphicsManager.h"
 
 #include "common/BasePath.h"
+#include "gfx/SeaColor.h"
 #include "support/GameHarness.h"
 #include "support/SolidTexture.h"
 
@@ -36,6 +37,9 @@ TEST(GraphicsManagerTest, OpensTheWindowAsConfigured) {
     EXPECT_EQ(place, (SDL_Rect{100, 100, 801, 603}));
     EXPECT_NE(SDL_GetWindowFlags(window) & SDL_WINDOW_SHOWN, 0U);
     EXPECT_EQ(Graphics().screenCenter, (Vec2i{400, 301}));
+    SDL_Color clear{};
+    SDL_GetRenderDrawColor(Graphics().renderer, &clear.r, &clear.g, &clear.b, &clear.a);
+    EXPECT_TRUE(SameColor(clear, kSeaColor) && clear.a == 255) << "frames begin as sea";
 }
 
 TEST(GraphicsManagerTest, LoadsEveryImageOnceAtTheStart) {

@@ -1,0 +1,7 @@
+// Written by scripts/build-art: what shows where nothing is drawn.
+#pragma once
+
+#include <SDL_pixels.h>
+
+/// The mean colour of the water tile.
+inline constexpr SDL_Color kSeaColor{34, 99, 140, 255};
