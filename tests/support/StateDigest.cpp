@@ -203,7 +203,7 @@ StateDigest DigestRest() {
     return {{"terrain", DigestTerrain()},
             {"spawned", DigestSpawned()},
             {"layers", DigestLayers()},
-            {"dungeon counts", DigestCounts(ASM_AssetManager::GetInstance()->GetDungeons())}};
+            {"counts", DigestCounts(ASM_AssetManager::GetInstance()->GetDungeons())}};
 }
 
 std::string DifferingParts(const StateDigest& a, const StateDigest& b) {

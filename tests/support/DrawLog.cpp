@@ -1,0 +1,169 @@
+#include "support/DrawLog.h"
+
+#include <SDL.h>
+#include <SDL_image.h>
+#include <SDL_ttf.h>
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <sstream>
+#include <thread>
+#include <utility>
+
+namespace {
+
+const std::thread::id mainThread = std::this_thread::get_id();
+thread_local int held = 0;
+
+struct Log {
+    std::string lines;
+    std::map<const SDL_Texture*, std::string> names; // an address may be used again
+    std::optional<std::uint32_t> ground;             // the first clear's colour
+};
+Log drawn;
+
+template <typename... Parts>
+void Say(const Parts&... parts) {
+    std::ostringstream line;
+    (line << ... << parts);
+    drawn.lines += std::to_string(held) + ' ' + line.str();
+    drawn.lines += std::this_thread::get_id() == mainThread ? "\n" : " on another thread\n";
+}
+
+std::string Text(SDL_Color c) {
+    std::ostringstream text;
+    text << int{c.r} << ',' << int{c.g} << ',' << int{c.b} << ',' << int{c.a};
+    return text.str();
+}
+
+std::string Text(const SDL_Rect* rect) {
+    if (rect == nullptr) {
+        return "all";
+    }
+    std::ostringstream text;
+    text << rect->x << ',' << rect->y << ',' << rect->w << ',' << rect->h;
+    return text.str();
+}
+
+SDL_Color ColorOf(SDL_Renderer* renderer) {
+    SDL_Color c{};
+    SDL_GetRenderDrawColor(renderer, &c.r, &c.g, &c.b, &c.a);
+    return c;
+}
+
+// Whether a rectangle, made larger by `border` on every side, shows in the window.
+bool Shows(SDL_Renderer* renderer, const SDL_Rect* rect, int border) {
+    int width = 0;
+    int height = 0;
+    SDL_GetRendererOutputSize(renderer, &width, &height);
+    const auto overlaps = [border](std::int64_t start, std::int64_t length, int size) {
+        return start - border < size && start + length + border > 0 && length + border > 0;
+    };
+    return rect == nullptr ||
+           (overlaps(rect->x, rect->w, width) && overlaps(rect->y, rect->h, height));
+}
+
+} // namespace
+
+std::string TakeDrawLog() {
+    return std::exchange(drawn.lines, {});
+}
+
+void ResetDrawLog() {
+    drawn = {};
+}
+
+int LocksHeld() {
+    return held;
+}
+
+extern "C" {
+
+int __real_SDL_RenderCopy(SDL_Renderer*, SDL_Texture*, const SDL_Rect*, const SDL_Rect*);
+int __wrap_SDL_RenderCopy(SDL_Renderer* renderer, SDL_Texture* texture, const SDL_Rect* source,
+                          const SDL_Rect* place) {
+    if (Shows(renderer, place, 0)) {
+        const auto name = drawn.names.find(texture);
+        if (name == drawn.names.end()) { // its size is the font's
+            Say("copy text -> ", place->x, ',', place->y);
+        } else {
+            Say("copy ", name->second, ' ', Text(source), " -> ", Text(place));
+        }
+    }
+    return __real_SDL_RenderCopy(renderer, texture, source, place);
+}
+
+int __real_SDL_RenderFillRect(SDL_Renderer*, const SDL_Rect*);
+int __wrap_SDL_RenderFillRect(SDL_Renderer* renderer, const SDL_Rect* rect) {
+    if (Shows(renderer, rect, 0)) {
+        Say("fill ", Text(rect), " in ", Text(ColorOf(renderer)));
+    }
+    return __real_SDL_RenderFillRect(renderer, rect);
+}
+
+int __real_SDL_RenderDrawRect(SDL_Renderer*, const SDL_Rect*);
+int __wrap_SDL_RenderDrawRect(SDL_Renderer* renderer, const SDL_Rect* rect) {
+    if (Shows(renderer, rect, 1)) {
+        Say("rect ", Text(rect), " in ", Text(ColorOf(renderer)));
+    }
+    return __real_SDL_RenderDrawRect(renderer, rect);
+}
+
+int __real_SDL_RenderDrawLine(SDL_Renderer*, int, int, int, int);
+int __wrap_SDL_RenderDrawLine(SDL_Renderer* renderer, int x1, int y1, int x2, int y2) {
+    Say("line ", x1, ',', y1, " -> ", x2, ',', y2, " in ", Text(ColorOf(renderer)));
+    return __real_SDL_RenderDrawLine(renderer, x1, y1, x2, y2);
+}
+
+int __real_SDL_RenderClear(SDL_Renderer*);
+int __wrap_SDL_RenderClear(SDL_Renderer* renderer) {
+    const SDL_Color c = ColorOf(renderer);
+    const std::uint32_t packed = c.r | c.g << 8U | c.b << 16U | std::uint32_t{c.a} << 24U;
+    drawn.ground = drawn.ground.value_or(packed);
+    Say("clear", packed == drawn.ground ? "" : " in " + Text(c));
+    return __real_SDL_RenderClear(renderer);
+}
+
+void __real_SDL_RenderPresent(SDL_Renderer*);
+void __wrap_SDL_RenderPresent(SDL_Renderer* renderer) {
+    Say("present");
+    __real_SDL_RenderPresent(renderer);
+}
+
+SDL_Surface* __real_TTF_RenderText_Blended(TTF_Font*, const char*, SDL_Color);
+SDL_Surface* __wrap_TTF_RenderText_Blended(TTF_Font* font, const char* text, SDL_Color color) {
+    Say("text \"", text, "\" in ", Text(color));
+    return __real_TTF_RenderText_Blended(font, text, color);
+}
+
+SDL_Texture* __real_IMG_LoadTexture(SDL_Renderer*, const char*);
+SDL_Texture* __wrap_IMG_LoadTexture(SDL_Renderer* renderer, const char* path) {
+    SDL_Texture* texture = __real_IMG_LoadTexture(renderer, path);
+    const std::string name = path;
+    const std::string file = name.substr(name.rfind('/') + 1);
+    Say("load ", file);
+    if (texture != nullptr) {
+        drawn.names[texture] = file;
+    }
+    return texture;
+}
+
+void __real_SDL_DestroyTexture(SDL_Texture*);
+void __wrap_SDL_DestroyTexture(SDL_Texture* texture) {
+    drawn.names.erase(texture);
+    __real_SDL_DestroyTexture(texture);
+}
+
+int __real_SDL_LockMutex(SDL_mutex*);
+int __wrap_SDL_LockMutex(SDL_mutex* mutex) {
+    ++held;
+    return __real_SDL_LockMutex(mutex);
+}
+
+int __real_SDL_UnlockMutex(SDL_mutex*);
+int __wrap_SDL_UnlockMutex(SDL_mutex* mutex) {
+    --held;
+    return __real_SDL_UnlockMutex(mutex);
+}
+}
