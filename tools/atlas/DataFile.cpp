@@ -1,0 +1,94 @@
+#include "atlas/DataFile.h"
+
+#include <cstddef>
+
+#include <nlohmann/json.hpp>
+
+using Json = nlohmann::ordered_json;
+
+// The library finds these by their names and their arguments' types.
+
+static void to_json(Json& json, const Vec2i& point) {
+    json = {{"x", point.x}, {"y", point.y}};
+}
+
+static void to_json(Json& json, const GridKey& key) {
+    json = {{"x", key.x}, {"y", key.y}, {"id", key.id}};
+}
+
+static void to_json(Json& json, const DungeonRoom& room) {
+    json = {{"x", room.x},
+            {"y", room.y},
+            {"w", room.w},
+            {"h", room.h},
+            {"center", room.center},
+            {"minCorner", room.minCorner},
+            {"maxCorner", room.maxCorner},
+            {"spawnPoints", room.spawnPoints}};
+}
+
+static void to_json(Json& json, const DungeonEdge& edge) {
+    json = {{"a", edge.a}, {"b", edge.b}, {"lengthSquared", edge.lengthSquared}};
+}
+
+// The tiles row by row from the south, each row as a text of 512 digits.
+static Json TileRows(const DungeonRecord& record) {
+    Json rows = Json::array();
+    for (std::int32_t y = 0; y < kCellTiles; ++y) {
+        std::string row;
+        for (std::int32_t x = 0; x < kCellTiles; ++x) {
+            row += static_cast<char>('0' + record.TileAt(x, y));
+        }
+        rows.push_back(row);
+    }
+    return rows;
+}
+
+static void to_json(Json& json, const DungeonRecord& record) {
+    json = {{"rooms", record.rooms},
+            {"edges", record.edges},
+            {"mainRooms", record.mainRooms},
+            {"hallwayEdges", record.hallwayEdges},
+            {"hallways", record.hallways},
+            {"adjacency", record.adjacency},
+            {"compassPoints", record.compassPoints},
+            {"tiles", TileRows(record)}};
+}
+
+DataFile::DataFile(const std::string& file, const std::string& list) {
+    if (!file.empty()) {
+        out.open(file, std::ios::binary);
+        out << "{\"" << list << "\": [";
+    }
+}
+
+void DataFile::AddLine(const std::string& text) {
+    out << separator << text;
+    separator = ",\n";
+}
+
+void DataFile::Add(const Cell& cell) {
+    if (out.is_open()) {
+        Json json = {{"key", cell.key}, {"neighbors", cell.neighbors}, {"dungeon", nullptr}};
+        if (cell.dungeon != nullptr) {
+            json["dungeon"] = *cell.dungeon;
+        }
+        AddLine(json.dump());
+    }
+}
+
+void DataFile::Add(const ClusterRecord& cluster, const CellNeighborMap& neighbors) {
+    if (out.is_open()) {
+        const Json json = {
+            {"cells", cluster.cells}, {"key", cluster.key}, {"neighbors", neighbors}};
+        AddLine(json.dump());
+    }
+}
+
+bool DataFile::Finish() {
+    if (out.is_open()) {
+        out << "\n]}\n";
+        out.close();
+    }
+    return out.good();
+}

@@ -1,0 +1,50 @@
+// What the pictures and the data files show: the generator's records, taken as the game takes them.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <vector>
+
+#include "gen/ClusterRecord.h"
+#include "gen/DungeonRecord.h"
+#include "gen/GridKey.h"
+#include "gfx/Vec2.h"
+
+/// A player comes to no cell or cluster with a higher coordinate, nor to one with a negative one.
+inline constexpr std::int32_t kLastCell = std::numeric_limits<std::int32_t>::max() / kCellSize;
+inline constexpr std::int32_t kLastCluster = kLastCell / kClusterCells;
+
+/// Whether a player can come to the cell with these cell coordinates.
+constexpr bool IsInWorld(Vec2i cell) {
+    return cell.x >= 0 && cell.x <= kLastCell && cell.y >= 0 && cell.y <= kLastCell;
+}
+
+/// The 3 x 3 block of clusters around one, with the neighbour graph of its land cells: what the
+/// game knows while the player is in the middle cluster.
+class Block {
+public:
+    /// The coordinates are the middle cluster's.
+    explicit Block(Vec2i cluster);
+
+    const ClusterRecord& Middle() const { return clusters[4]; }
+    const CellNeighborMap& Neighbors() const { return neighbors; }
+    /// The cells that the graph joins to a cell.
+    std::vector<GridKey> NeighborsOf(const GridKey& cell) const;
+    /// Whether a cell of the block holds land; false for any other.
+    bool IsLand(const GridKey& cell) const;
+
+private:
+    std::array<ClusterRecord, 9> clusters;
+    CellNeighborMap neighbors;
+};
+
+struct Cell {
+    GridKey key;
+    std::vector<GridKey> neighbors;
+    std::unique_ptr<DungeonRecord> dungeon; ///< null for a cell without land
+};
+
+/// The cell with these cell coordinates as it is while the player is in the block's middle cluster.
+Cell GenerateCell(Vec2i coordinates, const Block& block);

@@ -1,0 +1,60 @@
+// Draws the generated world to PNG files; see vesk_atlas --help and the manual page.
+#include <cstdio>
+#include <iostream>
+#include <optional>
+#include <streambuf>
+#include <string>
+
+#include "atlas/Arguments.h"
+#include "atlas/DataFile.h"
+#include "atlas/PngFile.h"
+#include "atlas/Scenes.h"
+
+namespace {
+
+// Drops what the generator says, from any number of threads.
+class Silence : public std::streambuf {
+protected:
+    int_type overflow(int_type character) override { return traits_type::not_eof(character); }
+    std::streamsize xsputn(const char* /*text*/, std::streamsize length) override { return length; }
+};
+
+int Fail(int code, const std::string& reason) {
+    std::fprintf(stderr, "vesk_atlas: %s\n", reason.c_str());
+    return code;
+}
+
+Picture Draw(const Arguments& arguments, DataFile& data) {
+    switch (arguments.command) {
+    case Command::Cell:
+        return DrawCell(arguments, data);
+    case Command::Tour:
+        return DrawTour(arguments, data);
+    default:
+        return DrawClusters(arguments, data);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::string error;
+    const std::optional<Arguments> arguments = ParseArguments(argc, argv, error);
+    if (!arguments) {
+        return Fail(2, error + " (vesk_atlas --help)");
+    }
+    if (arguments->command == Command::Help) {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
+    Silence silence;
+    std::streambuf* const errors = std::cerr.rdbuf(&silence);
+    DataFile data(arguments->json, arguments->command == Command::Clusters ? "clusters" : "cells");
+    const Picture picture = Draw(*arguments, data);
+    std::cerr.rdbuf(errors);
+    if (!data.Finish()) {
+        return Fail(1, "cannot write " + arguments->json);
+    }
+    error = WritePng(picture, arguments->output);
+    return error.empty() ? 0 : Fail(1, "cannot write " + arguments->output + ": " + error);
+}
