@@ -2,8 +2,8 @@
 # release mode looks for them, and a link to it among the commands.
 #
 #   lib/vesk/           vesk, vesk.ini, data/
-#   bin/vesk            -> ../lib/vesk/vesk
-#   share/              menu entry, metainfo, icons, manual page
+#   bin/                vesk -> ../lib/vesk/vesk, vesk_atlas
+#   share/              menu entry, metainfo, icons, manual pages
 set(VESK_HOME lib/vesk)
 
 set(VESK_RESOURCE_MODE release)
@@ -15,10 +15,11 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/packaging/vesk.ini DESTINATION ${VESK_
 file(GLOB data_files CONFIGURE_DEPENDS data/*.png data/*.ttf)
 install(FILES ${data_files} DESTINATION ${VESK_HOME}/data)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/packaging/vesk DESTINATION bin)
+install(TARGETS vesk_atlas RUNTIME DESTINATION bin)
 
 install(FILES packaging/vesk.desktop DESTINATION share/applications)
 install(FILES packaging/local.vesk.vesk.metainfo.xml DESTINATION share/metainfo)
-install(FILES packaging/vesk.6 DESTINATION share/man/man6)
+install(FILES packaging/vesk.6 packaging/vesk_atlas.6 DESTINATION share/man/man6)
 foreach(size 64 128 256)
     install(FILES packaging/icons/vesk-${size}.png
         DESTINATION share/icons/hicolor/${size}x${size}/apps RENAME vesk.png)

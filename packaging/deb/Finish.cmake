@@ -22,11 +22,10 @@ place(changelog ${doc}/changelog.Debian)
 place(lintian-overrides ${root}/usr/share/lintian/overrides/vesk)
 compress(${doc}/changelog.Debian)
 compress(${root}/usr/share/man/man6/vesk.6)
+compress(${root}/usr/share/man/man6/vesk_atlas.6)
 
 # Debian's folder for the commands of games.
-file(MAKE_DIRECTORY ${root}/usr/games)
-file(RENAME ${root}/usr/bin/vesk ${root}/usr/games/vesk)
-file(REMOVE_RECURSE ${root}/usr/bin)
+file(RENAME ${root}/usr/bin ${root}/usr/games)
 
 # A player's changes of the configuration must outlive an update, so it lies where Debian keeps
 # such files.
