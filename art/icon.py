@@ -1,5 +1,5 @@
-"""The program's icon: the ship on a round plate. Drawn as 64 x 64 pixels and enlarged without
-smoothing; packaging/icons/ gets it in three sizes and as an SVG picture of squares."""
+"""The program's icon: the ship on a round plate. Drawn as 64 x 64 pixels, enlarged without
+smoothing and reduced with it; packaging/icons/ gets it in five sizes and as an SVG picture of squares."""
 
 from builder.picture import blank, outlined, put
 from builder.shapes import disc, polygon, rectangle, spans

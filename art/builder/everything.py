@@ -6,7 +6,7 @@ from . import font, picture, svg
 
 GRIDS = ("ships", "link_raw", "image", "terrain_transition", "enemies", "island_icon")
 PROGRAMS = ("compass", "hud_compass")
-ICON_SIZES = (64, 128, 256)
+ICON_SIZES = (32, 48, 64, 128, 256)
 
 SEA_COLOR = """\
 // Written by scripts/build-art: what shows where nothing is drawn.
@@ -30,8 +30,7 @@ def build(art):
     files["data/sample.ttf"] = font.build(font.read_face(art / "sample_font.txt"))
     icon = _drawn("icon", palette)
     for size in ICON_SIZES:
-        files["packaging/icons/vesk-%d.png" % size] = picture.png(
-            picture.enlarged(icon, size // icon.width))
+        files["packaging/icons/vesk-%d.png" % size] = picture.png(picture.scaled(icon, size))
     files["packaging/icons/vesk.svg"] = svg.encode(icon)
     water = sheets["image"][1]["water"]
     files["src/gfx/SeaColor.h"] = (SEA_COLOR % picture.mean(water)).encode("ascii")

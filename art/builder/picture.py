@@ -1,6 +1,7 @@
 """The palette, and the pictures drawn as grids of characters (art/README.md has the format)."""
 
 import io
+import math
 
 from PIL import Image, ImageChops, ImageStat
 
@@ -53,6 +54,12 @@ def mirrored(picture):
 def enlarged(picture, factor):
     """Every pixel becomes a square of factor x factor pixels."""
     return picture.resize((picture.width * factor, picture.height * factor), Image.NEAREST)
+
+
+def scaled(picture, size):
+    """The square picture as size x size pixels: each the mean of what it covers."""
+    common = math.lcm(picture.width, size)
+    return enlarged(picture, common // picture.width).reduce(common // size)
 
 
 def outlined(picture, colour):
