@@ -3,9 +3,9 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <utility>
-#include <vector>
 
 template <typename Widget>
 class UIF_CallbackList {
@@ -15,17 +15,15 @@ public:
     /// Appends a callback, which must not be empty.
     void AddCallback(Callback callback) { callbacks.push_back(std::move(callback)); }
 
-    /// Calls every callback with this widget. A callback may add others to this list; they are
-    /// called from the next time on.
+    /// Calls every callback with this widget. A callback may add others to this list, which are
+    /// called from the next time on, and change its own state.
     void Call(Widget* widget) const {
         const std::size_t count = callbacks.size();
         for (std::size_t i = 0; i < count; ++i) {
-            // A copy: an addition may move the stored callback while it runs.
-            const Callback callback = callbacks[i];
-            callback(widget);
+            callbacks[i](widget);
         }
     }
 
 private:
-    std::vector<Callback> callbacks;
+    std::deque<Callback> callbacks; ///< stays where it is when one is added while another runs
 };

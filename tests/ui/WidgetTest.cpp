@@ -190,7 +190,11 @@ TEST_F(WidgetTest, CallbacksMayChangeAnyWidget) {
         }
         log->emplace_back("filled");
     });
-    top->onClick.AddCallback([=](UIF_Button*) { StackBelow(top, lower); });
+    int clicks = 0;
+    top->onClick.AddCallback([=, &clicks, own = 0](UIF_Button*) mutable {
+        StackBelow(top, lower);
+        clicks = ++own; // a callback keeps its own state
+    });
     TapTogether({SDLK_s, SDLK_RETURN});
     EXPECT_EQ(TakeEvents(), (Events{"click top", "filled", "unhover top", "hover lower"}));
 
@@ -198,6 +202,7 @@ TEST_F(WidgetTest, CallbacksMayChangeAnyWidget) {
     TakeEvents();
     game.Tap(SDLK_RETURN);
     EXPECT_EQ(TakeEvents().size(), 102U) << "the added callbacks take part from the next click on";
+    EXPECT_EQ(clicks, 2);
 }
 
 TEST_F(WidgetTest, DrawsWithinTheParent) {
