@@ -8,10 +8,12 @@
 #include "input/CMN_InputManager.h"
 #include "world/WorldManager.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <limits>
 
 namespace {
 
@@ -106,6 +108,8 @@ void MapEntity::UpdateZoom() {
     }
     const CMN_InputManager& input = *CMN_InputManager::GetInstance();
     zoom -= zoom * kZoomStep * input.ActionValue(InputAction::ZoomOut);
+    // Below the smallest normal float a tenth of it rounds to nothing, and no key would lead back.
+    zoom = std::max(zoom, std::numeric_limits<float>::min());
     zoom += zoom * kZoomStep * input.ActionValue(InputAction::ZoomIn);
     if (zoom > maxZoom) {
         zoom = maxZoom;
