@@ -1,4 +1,5 @@
 #include "app/Application.h"
+#include "common/Portability.h"
 
 #include <SDL_main.h>
 #include <SDL_timer.h>
@@ -6,6 +7,7 @@
 #include <cstdio>
 
 int main(int /*argc*/, char** /*argv*/) {
+    PrepareProcess();
     if (!StartUp()) {
         // Leaves the error readable in a console window that closes with the program.
         std::getchar();

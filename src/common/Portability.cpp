@@ -5,19 +5,57 @@
 #include <filesystem>
 #include <system_error>
 
+#if !defined(_WIN32)
+#include <csignal>
+
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
 namespace {
 
 char LowerAscii(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+#if !defined(_WIN32)
+
+void OpenStandardStreams() {
+    // A file takes the lowest free descriptor, so each of these takes the place that is missing.
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) {
+            open("/dev/null", O_RDWR);
+        }
+    }
+}
+
+void PassOnHangUp() {
+    struct sigaction current {};
+    sigaction(SIGHUP, nullptr, &current);
+    if (current.sa_handler == SIG_DFL) { // not when it is ignored, as under nohup
+        struct sigaction action {};
+        action.sa_handler = [](int) { std::raise(SIGTERM); };
+        sigaction(SIGHUP, &action, nullptr);
+    }
+}
+
+#endif
+
 } // namespace
+
+void PrepareProcess() {
+#if !defined(_WIN32)
+    OpenStandardStreams();
+    std::signal(SIGPIPE, SIG_IGN);
+    PassOnHangUp();
+#endif
+}
 
 int OpenFile(std::FILE** file, const std::string& path, const char* mode) {
     *file = nullptr;
     std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) {
-        return EISDIR;
+    if (!std::filesystem::is_regular_file(path, ignored)) {
+        return ENOENT;
     }
 #if defined(_WIN32)
     return fopen_s(file, path.c_str(), mode);

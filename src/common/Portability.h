@@ -1,4 +1,4 @@
-// The few runtime-library calls whose names differ between systems, in one place.
+// What differs between systems, in one place.
 #pragma once
 
 #include <cstdio>
@@ -12,10 +12,16 @@ inline constexpr char kPathSeparator = '\\';
 inline constexpr char kPathSeparator = '/';
 #endif
 
-/// Opens a file as fopen_s does: 0 on success, an error number otherwise, *file null then. A
-/// directory counts as an error on every system. The caller owns the file and closes it with
-/// fclose.
+/// Makes the process fit to run; first of all, on the main thread. Standard streams that are
+/// closed are opened on the null device, so that no file or connection opened later takes their
+/// place and receives what is printed. Output that nobody reads any more is lost without ending the
+/// program, and a hang-up (the terminal closes) ends it as the termination signal does.
+void PrepareProcess();
+
+/// Opens a regular file as fopen_s does: 0 on success, an error number otherwise, *file null then.
+/// Anything else, such as a directory, a pipe or a device, counts as missing. The caller owns the
+/// file and closes it with fclose. Any thread.
 int OpenFile(std::FILE** file, const std::string& path, const char* mode);
 
-/// True when both texts are equal but for the case of ASCII letters.
+/// True when both texts are equal but for the case of ASCII letters. Any thread.
 bool EqualIgnoringCase(std::string_view a, std::string_view b);

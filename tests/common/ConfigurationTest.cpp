@@ -1,5 +1,6 @@
 #include "common/CMN_ConfigurationManager.h"
 
+#include "common/Portability.h"
 #include "support/TemporaryFile.h"
 
 #include <gtest/gtest.h>
@@ -67,6 +68,14 @@ TEST(ConfigurationTest, TakesDefaultsForWhatIsNotThere) {
         EXPECT_EQ(settings.startPosX, 0);
         EXPECT_EQ(settings.startPosY, 0);
         EXPECT_EQ(settings.startZoom, 0.0f);
+    }
+}
+
+TEST(ConfigurationTest, OpensOnlyRegularFiles) {
+    std::FILE* file = nullptr;
+    for (const char* path : {"/dev/null", "/tmp", "/no/such/file"}) { // a pipe would block
+        EXPECT_NE(OpenFile(&file, path, "rb"), 0) << path;
+        EXPECT_EQ(file, nullptr);
     }
 }
 
