@@ -18,7 +18,26 @@ namespace {
 
 constexpr std::uint32_t kTickInterval = 16; // ms
 
+// A window that opens where nobody can see it would leave the player with a program that no key can
+// end: unless a driver is named, SDL may try only those with a display.
+void LeaveOutHeadlessDrivers() {
+    const char* named = SDL_GetHint(SDL_HINT_VIDEODRIVER);
+    if (named != nullptr && *named != '\0') {
+        return;
+    }
+    std::string visible;
+    for (int i = 0; i < SDL_GetNumVideoDrivers(); ++i) {
+        const std::string driver = SDL_GetVideoDriver(i);
+        if (driver != "offscreen" && driver != "dummy" && driver != "evdev") {
+            visible += (visible.empty() ? "" : ",") + driver;
+        }
+    }
+    // Above the environment, where the name may be empty.
+    SDL_SetHintWithPriority(SDL_HINT_VIDEODRIVER, visible.c_str(), SDL_HINT_OVERRIDE);
+}
+
 void InitLibraries() {
+    LeaveOutHeadlessDrivers();
     if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_JOYSTICK) == 0 &&
         IMG_Init(IMG_INIT_JPG | IMG_INIT_PNG) != 0) {
         TTF_Init();

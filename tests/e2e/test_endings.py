@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
 """The ways out of the program, and the starts that fail."""
 
+import os
+import signal
 import subprocess
 import unittest
 
@@ -28,6 +30,22 @@ class EndingTest(unittest.TestCase):
             game.hold("d Escape", 0.06)  # as soon as there is a window
             self.assertEqual(game.wait_for_exit(), 0)
 
+    def test_signals_end_well(self):
+        for number in (signal.SIGHUP, signal.SIGTERM):
+            with self.subTest(number), Game(start=AT_SEA) as game:
+                game.wait_for_ship()
+                game.process.send_signal(number)
+                self.assertEqual(game.wait_for_exit(), 0)
+
+    def test_closed_streams_are_not_taken_by_others(self):
+        with Game(start=AT_SEA, prepare=lambda: os.closerange(0, 3)) as game:
+            for number in range(3):
+                self.assertEqual(os.readlink(f"/proc/{game.process.pid}/fd/{number}"), "/dev/null")
+            game.wait_for_ship()
+            game.tap("Escape")
+            self.assertEqual(game.wait_for_exit(), 0)
+
+
 
 class FailingStartTest(unittest.TestCase):
     def fails(self, operation, **variables):
@@ -43,7 +61,19 @@ class FailingStartTest(unittest.TestCase):
             self.assertRegex(lines[0], f"^{operation} error: .+")
 
     def test_no_display(self):
-        self.fails("SDL_CreateWindow", DISPLAY=None)
+        for name in (None, ":9999"):
+            self.fails("SDL_CreateWindow", DISPLAY=name, WAYLAND_DISPLAY=None, SDL_VIDEODRIVER=None)
+
+    def test_nobody_reads_the_output(self):
+        def lose_reader():
+            reader, writer = os.pipe()
+            os.dup2(writer, 1)
+            os.close(reader)
+
+        with Game(environment={"SDL_VIDEODRIVER": "dummy"}, window=False,
+                  prepare=lose_reader) as game:
+            game.answer("\n")
+            self.assertEqual(game.wait_for_exit(), 1)
 
     def test_no_accelerated_renderer(self):
         self.fails("SDL_CreateRenderer", SDL_VIDEODRIVER="dummy")

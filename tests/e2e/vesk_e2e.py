@@ -121,11 +121,11 @@ class Game:
     `environment` is added to the program's; a value of None removes a variable. With `window`
     False no window is expected (for starts that fail). `in_place` is the path of a program to start
     where it is, with the shipped configuration that it has there; `user` is who starts it, as
-    subprocess takes it.
+    subprocess takes it. `prepare` is called in its process just before it starts.
     """
 
     def __init__(self, start=(0, 0), zoom=1.0, width=1280, height=720, environment=None,
-                 window=True, in_place=None, user=None):
+                 window=True, in_place=None, user=None, prepare=None):
         self.zoom, self.width, self.height = zoom, width, height
         self.display = self.process = None
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="vesk-e2e-"))
@@ -133,7 +133,8 @@ class Game:
             if in_place is None:
                 self._lay_out(start)
             self.display = Display()
-            self._start(in_place or self.folder / "vesk", user or {}, environment or {})
+            self._start(in_place or self.folder / "vesk", user or {}, environment or {},
+                        prepare)
             self.window = self._find_window() if window else None
         except BaseException:
             self.close()
@@ -168,7 +169,7 @@ class Game:
             f"[world]\nstart_pos_x = {start[0]}\nstart_pos_y = {start[1]}\n"
             f"start_zoom = {self.zoom}\n")
 
-    def _start(self, program, user, changes):
+    def _start(self, program, user, changes, prepare):
         variables = {name: value for name, value in os.environ.items()
                      if not name.startswith("SDL_")}
         variables.update(DISPLAY=self.display.name, SDL_VIDEODRIVER="x11")
@@ -176,7 +177,8 @@ class Game:
         variables = {name: value for name, value in variables.items() if value is not None}
         with open(self.folder / "stdout", "wb") as out, open(self.folder / "stderr", "wb") as err:
             self.process = subprocess.Popen([program], cwd="/", env=variables, stdout=out,
-                                            stdin=subprocess.PIPE, stderr=err, **user)
+                                            stdin=subprocess.PIPE, stderr=err, **user,
+                                            preexec_fn=prepare)
 
     def _find_window(self):
         def search():
