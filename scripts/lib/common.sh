@@ -88,3 +88,8 @@ calmly() {
         "$@"
     fi
 }
+
+# Runs Python tests with the system's Python, whose packages these are.
+run_pytest() {
+    calmly /usr/bin/python3 -B -m pytest -q "$@"
+}

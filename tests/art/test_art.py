@@ -1,0 +1,138 @@
+"""The shipped images where the program cuts them, the typeface at the size it uses, and the command that
+rebuilds both from their sources."""
+
+import pathlib
+import shutil
+import subprocess
+
+import pytest
+from PIL import Image, ImageChops, ImageFont
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+
+TILES = [("image.png", 100, 0, 16), ("image.png", 100, 100, 16), ("terrain_transition.png", 48, 64, 16)]
+SHIPS = [("ships.png", 0, y, 32) for y in (0, 32, 64, 96)]
+FIGURES = [("link_raw.png", x, 0, 16) for x in (0, 30, 62, 91)]
+WHOLE = [("hud_compass.png", 0, 0, 100), ("island_icon.png", 0, 0, 11)]
+SINGLES = [("enemies.png", 0, 0, 16), ("compass.png", 0, 0, 128)]
+FOAM = (169, 214, 222, 255)
+
+BUTTON = (260, 20)  # pixels
+LISTING_STEP = 15  # pixels from line to line of the debug listings
+PRINTABLE = [chr(code) for code in range(0x20, 0x7f)]
+
+
+def load(name):
+    return Image.open(ROOT / "data" / name)
+
+
+def cut(name, x, y, size, more=0):
+    """A square of an image and so many pixels around it; clear beyond the image."""
+    return load(name).convert("RGBA").crop((x - more, y - more, x + size + more, y + size + more))
+
+
+@pytest.mark.parametrize("tile", TILES, ids=str)
+def test_tiles_are_opaque_and_continue_beyond_their_edges(tile):
+    # Without an alpha channel tiles are copied instead of blended. What lies around a cut can show at its
+    # edge when the renderer rounds outward.
+    assert load(tile[0]).mode == "RGB"
+    middle, around = cut(*tile), cut(*tile, more=1)
+    assert len(middle.getcolors()) > 1
+    wrapped = Image.new("RGBA", around.size)
+    for x in (-15, 1, 17):
+        for y in (-15, 1, 17):
+            wrapped.paste(middle, (x, y))
+    inside = [(a, b) for a, b in zip(around.getdata(), wrapped.getdata()) if a[3]]
+    assert len(inside) > 16 * 16 and all(a == b for a, b in inside)
+
+
+@pytest.mark.parametrize("figure", SHIPS + FIGURES + SINGLES + WHOLE, ids=str)
+def test_figures_stand_dark_edged_on_a_clear_ground(figure):
+    picture = cut(*figure, more=1)
+    size, colours = figure[3], {colour: number for number, colour in cut(*figure).getcolors()}
+    assert len(colours) >= 5, "an outline, a ground and some colours"
+    assert size * size / 4 < size * size - colours.pop((0, 0, 0, 0)) < size * size
+    assert all(colour[3] == 255 for colour in colours), "neither half clear nor colour in a clear pixel"
+    assert picture.getchannel("A").getbbox() >= (1, 1) and max(picture.getchannel("A").getbbox()) <= size + 1, \
+        "nothing lies beside it, where the renderer may round outward"
+    alpha = picture.getchannel("A").load()
+    for x in range(1, size + 1):
+        for y in range(1, size + 1):
+            edge = not all((alpha[x - 1, y], alpha[x + 1, y], alpha[x, y - 1], alpha[x, y + 1]))
+            colour = picture.getpixel((x, y))
+            assert not (alpha[x, y] and edge) or colour == FOAM or sum(colour[:3]) < 150, f"at {x}, {y}"
+
+
+@pytest.mark.parametrize("group", [SHIPS, FIGURES, TILES], ids=["ships", "figures", "tiles"])
+def test_headings_and_grounds_differ(group):
+    for one in group:
+        for other in group[:group.index(one)]:
+            # Of each channel's difference the pixels that have none.
+            same = ImageChops.difference(cut(*one), cut(*other)).getcolors(1 << 16)
+            assert dict((colour, n) for n, colour in same).get((0, 0, 0, 0), 0) < 0.9 * one[3] ** 2
+
+
+def test_pictures_that_are_drawn_whole_have_their_sizes():
+    assert [load(name).size for name, *_ in WHOLE] == [(size, size) for *_, size in WHOLE]
+
+
+@pytest.fixture(name="font")
+def load_font():
+    return ImageFont.truetype(str(ROOT / "data/sample.ttf"), 20, layout_engine=ImageFont.Layout.BASIC)
+
+
+def test_every_printable_character_has_a_crisp_glyph_of_its_own(font):
+    glyphs = {character: font.getmask(character, "L") for character in [*PRINTABLE[1:], "\ufffe"]}
+    shapes = {(glyph.size, font.getbbox(character), bytes(glyph)) for character, glyph in glyphs.items()}
+    assert len(shapes) == len(glyphs), "one looks like another, or is missing"
+    assert {pixel for glyph in glyphs.values() for pixel in bytes(glyph)} == {0, 255}
+    assert len({font.getlength(digit) for digit in "0123456789"}) == 1, "figures align"
+    for character, glyph in glyphs.items():
+        assert font.getbbox(character)[2] - 1 <= font.getlength(character), "the text after it does not touch"
+
+
+def test_texts_fit_buttons_and_listings(font):
+    ascent, descent = font.getmetrics()
+    assert ascent + descent <= BUTTON[1]
+    _, top, _, bottom = font.getbbox("".join(PRINTABLE))
+    assert top >= 1 and bottom <= BUTTON[1] - 1 and bottom - top < LISTING_STEP
+    for text in ("Render min spanning tree : false", "Show compasses on map", "Render dungeon rooms : false"):
+        ink, (left, _) = font.getmask2(text)
+        assert left + ink.getbbox()[0] >= 1 and font.getbbox(text)[2] <= BUTTON[0] - 4
+
+
+@pytest.fixture(name="tree")
+def copy_tree(folder):
+    for part in ("art", "data", "packaging/icons", "src/gfx"):
+        shutil.copytree(ROOT / part, folder / part, ignore=shutil.ignore_patterns("__pycache__"))
+    (folder / "scripts").mkdir()
+    shutil.copy(ROOT / "scripts/build-art", folder / "scripts")
+    return folder
+
+
+def build_art(tree, *arguments):
+    return subprocess.run(["/usr/bin/python3", "-B", tree / "scripts/build-art", *arguments], cwd="/",
+                          capture_output=True, text=True, check=False)
+
+
+def test_what_is_missing_or_altered_is_named_and_made_again(tree):
+    assert build_art(tree, "--check").returncode == 0
+    palette = tree / "art/palette.txt"
+    palette.write_text(palette.read_text().replace("21628b", "21728b"))
+    (tree / "data/sample.ttf").unlink()
+    result = build_art(tree, "--check")
+    assert result.returncode == 1 and "data/image.png" in result.stdout and "data/sample.ttf" in result.stdout
+    assert "data/enemies.png" not in result.stdout and not (tree / "data/sample.ttf").exists()
+    assert build_art(tree).returncode == 0
+    assert build_art(tree, "--check").returncode == 0
+    assert (tree / "data/sample.ttf").read_bytes() == (ROOT / "data/sample.ttf").read_bytes()
+
+
+@pytest.mark.parametrize("name, old, new, message", [
+    ("enemies.txt", "\nkook", "\nkkook", "enemies.txt:7: 17 columns"),
+    ("palette.txt", "141a2e", "141a2", "palette.txt:4: wanted")])
+def test_a_fault_in_a_source_is_told_with_its_line(tree, name, old, new, message):
+    source = tree / "art" / name
+    source.write_text(source.read_text().replace(old, new, 1))
+    result = build_art(tree)
+    assert result.returncode == 2 and message in result.stderr

@@ -1,0 +1,204 @@
+"""The real program in a real window, played as a person would, and looked at.
+
+    with Game(folder, start=(x, y)) as game:
+        game.wait(lambda picture: ship.is_at(picture, (534, 429)), "the ship lies off the island")
+        game.hold("d", 0.3)
+        game.settle("after_sailing")
+
+Needs a display, which pytest-xvfb opens for the tests. Every wait ends with a condition or, after its
+deadline, with an error. World positions are in world units with y up, window positions in pixels with
+y down, of a thing's centre.
+
+Environment: VESK_E2E_PROGRAM names the program (build/release/bin/vesk if unset), VESK_E2E_PICTURES
+the folder that keeps the screenshots (e2e beside the program's folder if unset).
+"""
+
+import configparser
+import os
+import pathlib
+import shutil
+import subprocess
+import time
+
+import Xlib.display
+from PIL import Image
+from Xlib import X, XK
+from Xlib.ext import xtest
+from Xlib.protocol.event import ClientMessage
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+PROGRAM = pathlib.Path(os.environ.get("VESK_E2E_PROGRAM", ROOT / "build/release/bin/vesk")).resolve()
+PICTURES = pathlib.Path(os.environ.get("VESK_E2E_PICTURES", PROGRAM.parents[1] / "e2e"))
+
+TILE = 24  # world units
+CELL = 512 * TILE  # world units
+DEADLINE = 60.0  # seconds; generous, since the machine may be busy with other things
+HOLD = 0.15  # seconds; a release counts after 30 ms, but a busy program sees the keys late
+
+# Who may not write, as subprocess takes it: nobody, if root runs this.
+NOBODY = {"user": 65534, "group": 65534, "extra_groups": []} if os.geteuid() == 0 else {}
+
+
+class Sprite:
+    """A cut of an image as the window shows it, drawn without smoothing, `size` pixels wide and high."""
+
+    def __init__(self, size, name, x, y, width, height):
+        image = Image.open(ROOT / "data" / name).convert("RGBA").crop((x, y, x + width, y + height))
+        self.half = size // 2
+        scale = width / size
+        # Where the edge between two of its pixels falls on the centre of one of the window's, either of
+        # them may show.
+        choices = [image.transform((size, size), Image.Transform.AFFINE, (scale, 0, dx, 0, scale, dy)).getdata()
+                   for dx in (-0.01, 0.01) for dy in (-0.01, 0.01)]
+        self.spots = [(index % size - self.half, index // size - self.half, {pixel[:3] for pixel in pixels})
+                      for index, pixels in enumerate(zip(*choices)) if all(pixel[3] == 255 for pixel in pixels)]
+
+    def likeness(self, picture, centre, every=1):
+        """The share, from 0 to 1, of its opaque pixels that a picture shows around a place."""
+        pixels, spots = picture.load(), self.spots[::every]
+        return sum(pixels[centre[0] + x, centre[1] + y] in choices for x, y, choices in spots) / len(spots)
+
+    def is_at(self, picture, centre):
+        return self.likeness(picture, centre) > 0.9
+
+    def seek(self, picture, y):
+        """Where along a row of the window it is; None where it is not."""
+        places = [(x, y) for x in range(self.half, picture.width - self.half)]
+        likely = [place for place in places if self.likeness(picture, place, 37) > 0.5]
+        return next((place[0] for place in likely if self.is_at(picture, place)), None)
+
+
+def wait_until(condition, what, deadline=DEADLINE):
+    """The condition's first true value; an AssertionError that names it after the deadline."""
+    end = time.monotonic() + deadline
+    while not (value := condition()):
+        assert time.monotonic() < end, f"not within {deadline:g} s: {what}"
+        time.sleep(0.02)
+    return value
+
+
+class Game:
+    """The program in a folder, with its images and the shipped configuration, changed as asked.
+
+    `program` is one to start where it is, with the configuration that it has there. With `window` False
+    none is expected (for starts that fail). `environment` is added to the program's, where None removes
+    a variable; other arguments are as subprocess takes them.
+    """
+
+    def __init__(self, folder, start=None, zoom=None, program=None, window=True, environment=(), **options):
+        self.folder = folder
+        self.display = Xlib.display.Display()
+        variables = {name: value for name, value in os.environ.items() if not name.startswith("SDL_")}
+        variables |= {"SDL_VIDEODRIVER": "x11"} | dict(environment)
+        with open(folder / "stdout", "wb") as out, open(folder / "stderr", "wb") as errors:
+            self.process = subprocess.Popen(
+                [program or self._lay_out(start, zoom)], cwd="/", stdin=subprocess.PIPE, stdout=out,
+                stderr=errors, env={name: value for name, value in variables.items() if value is not None},
+                **options)
+        try:
+            self.window = wait_until(self._find_window, "a window with the title Vesk") if window else None
+        except BaseException:
+            self.__exit__()
+            raise
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.process.kill()
+        self.process.communicate()
+        self.display.close()
+
+    def _lay_out(self, start, zoom):
+        settings = configparser.ConfigParser()
+        settings.read(ROOT / "packaging/vesk.ini.in")
+        settings["resource"]["mode"] = "release"
+        if start is not None:
+            settings["world"].update(start_pos_x=str(start[0]), start_pos_y=str(start[1]))
+        if zoom is not None:
+            settings["world"]["start_zoom"] = str(zoom)
+        with open(self.folder / "vesk.ini", "w", encoding="ascii") as file:
+            settings.write(file)
+        (self.folder / "data").symlink_to(ROOT / "data")
+        return shutil.copy2(PROGRAM, self.folder / "vesk")
+
+    def _find_window(self):
+        assert self.process.poll() is None, f"the program has ended: {self.output()}{self.output('stderr')}"
+        for window in self.display.screen().root.query_tree().children:
+            if window.get_wm_name() == "Vesk" and window.get_attributes().map_state == X.IsViewable:
+                window.set_input_focus(X.RevertToParent, X.CurrentTime)  # there is no window manager
+                return window
+        return None
+
+    def wait_for_exit(self):
+        """The exit code, once the program has ended."""
+        return self.process.wait(DEADLINE)
+
+    def output(self, stream="stdout"):
+        return (self.folder / stream).read_text(errors="replace")
+
+    def answer(self, text):
+        """Types a text into the program's standard input."""
+        self.process.stdin.write(text.encode())
+        self.process.stdin.flush()
+
+    def hold(self, keys, seconds=HOLD):
+        """Presses one key or several (X names, separated by blanks) for about this time."""
+        codes = [self.display.keysym_to_keycode(XK.string_to_keysym(key)) for key in keys.split()]
+        for kind, pause in ((X.KeyPress, seconds), (X.KeyRelease, 0)):
+            for code in codes:
+                xtest.fake_input(self.display, kind, code)
+            self.display.sync()
+            time.sleep(pause)
+
+    def close_window(self):
+        """Asks the window to close, as the button of a window manager does."""
+        protocols, delete = (self.display.intern_atom(name) for name in ("WM_PROTOCOLS", "WM_DELETE_WINDOW"))
+        self.window.send_event(ClientMessage(window=self.window, client_type=protocols,
+                                             data=(32, (delete, X.CurrentTime, 0, 0, 0))))
+        self.display.sync()
+
+    def shape(self):
+        """The window's place on the screen and its size."""
+        shape = self.window.get_geometry()
+        return shape.x, shape.y, shape.width, shape.height
+
+    def look(self):
+        width, height = self.shape()[2:]
+        image = self.window.get_image(0, 0, width, height, X.ZPixmap, 0xffffffff)
+        return Image.frombytes("RGB", (width, height), image.data, "raw", "BGRX")
+
+    def wait(self, condition, what, keys=None):
+        """The first picture for which the condition holds, holding keys again and again until then. The
+        last one is kept if none does."""
+        def shown():
+            self.last = self.look()
+            if condition(self.last):
+                return self.last
+            if keys:
+                self.hold(keys, 0.1)
+            return None
+
+        try:
+            return wait_until(shown, what)
+        except AssertionError:
+            self.keep(self.last, "failed_" + what.replace(" ", "_"))
+            raise
+
+    def settle(self, name=None):
+        """The window's picture once it has stopped changing; kept under a name for people to look at."""
+        pictures = [self.look()]
+
+        def still():
+            time.sleep(0.1)
+            pictures[:] = [*pictures[-2:], self.look()]
+            return pictures[-1] if pictures.count(pictures[-1]) == 3 else None
+
+        picture = wait_until(still, "the picture stands still")
+        return self.keep(picture, name) if name else picture
+
+    @staticmethod
+    def keep(picture, name):
+        PICTURES.mkdir(parents=True, exist_ok=True)
+        picture.save(PICTURES / f"{name}.png")
+        return picture
