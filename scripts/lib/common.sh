@@ -89,7 +89,7 @@ calmly() {
     fi
 }
 
-# Runs Python tests with the system's Python, whose packages these are.
+# Runs Python tests with Debian's Python, for which the modules are installed.
 run_pytest() {
-    calmly /usr/bin/python3 -B -m pytest -q "$@"
+    PYTHONDONTWRITEBYTECODE=1 calmly pytest-3 -q "$@"
 }

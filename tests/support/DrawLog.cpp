@@ -119,7 +119,8 @@ int __wrap_SDL_RenderDrawLine(SDL_Renderer* renderer, int x1, int y1, int x2, in
 int __real_SDL_RenderClear(SDL_Renderer*);
 int __wrap_SDL_RenderClear(SDL_Renderer* renderer) {
     const SDL_Color c = ColorOf(renderer);
-    const std::uint32_t packed = c.r | c.g << 8U | c.b << 16U | std::uint32_t{c.a} << 24U;
+    const std::uint32_t packed = std::uint32_t{c.r} | std::uint32_t{c.g} << 8U |
+                                 std::uint32_t{c.b} << 16U | std::uint32_t{c.a} << 24U;
     drawn.ground = drawn.ground.value_or(packed);
     Say("clear", packed == drawn.ground ? "" : " in " + Text(c));
     return __real_SDL_RenderClear(renderer);
