@@ -139,7 +139,7 @@ void MapEntity::Render() {
 }
 
 void MapEntity::RenderOverview() const {
-    for (const ClusterRecord* cluster : WorldManager::GetInstance()->cellGrid.GetClusters()) {
+    for (const ClusterRecord* cluster : WorldManager::GetInstance()->cellGrid.clusters) {
         if (cluster == nullptr) {
             continue;
         }

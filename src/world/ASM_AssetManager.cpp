@@ -18,11 +18,11 @@ constexpr std::int32_t kListingLineHeight = 15; // window pixels
 template <typename Record>
 std::int32_t DrawListing(const RecordTable<Record>& table, const char* format,
                          Vec2i (*decode)(std::int32_t), std::int32_t y) {
-    for (const auto& held : table.ListHeld()) {
-        const Vec2i coords = decode(held.id);
+    for (const auto& [id, count] : table.GetRefs()) {
+        const Vec2i coords = decode(id);
         std::array<char, 64> text{};
-        std::snprintf(text.data(), text.size(), format, held.id, coords.x, coords.y,
-                      static_cast<int>(held.count));
+        std::snprintf(text.data(), text.size(), format, id, coords.x, coords.y,
+                      static_cast<int>(count));
         GFX_GraphicsManager::GetInstance()->DrawTextAt(text.data(), kListingLeft, y);
         y += kListingLineHeight;
     }
@@ -40,9 +40,9 @@ bool ASM_AssetManager::Init() {
     return true;
 }
 
-const ClusterRecord* ASM_AssetManager::AcquireCluster(const GridKey& key) {
+ClusterRecord* ASM_AssetManager::AcquireCluster(const GridKey& key) {
     return clusters.Acquire(key.id, 0, [&key](ClusterRecord& record) {
-        GenerateCluster(ClusterKey({key.x, key.y}), record);
+        GenerateCluster(ClusterKey(key.Coords()), record);
     });
 }
 
@@ -50,11 +50,14 @@ void ASM_AssetManager::ReleaseCluster(const GridKey& key) {
     clusters.Release(key.id);
 }
 
-const DungeonRecord* ASM_AssetManager::AcquireDungeon(const GridKey& cellKey,
-                                                      std::size_t neighborCount) {
+DungeonRecord* ASM_AssetManager::AcquireDungeon(const GridKey& cellKey, std::size_t neighborCount) {
     return dungeons.Acquire(cellKey.id, neighborCount, [&](DungeonRecord& record) {
         GEN_DungeonGenerator::GetInstance()->Generate(cellKey, neighborCount, record);
     });
+}
+
+DungeonRecord* ASM_AssetManager::AcquireDungeon(const GridKey& cellKey) {
+    return AcquireDungeon(cellKey, GetNeighbors(cellKey).size());
 }
 
 void ASM_AssetManager::ReleaseDungeon(std::int32_t cellId) {

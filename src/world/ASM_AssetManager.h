@@ -1,14 +1,10 @@
 // The store of generated world data: clusters, dungeons and the neighbour map of land cells.
 //
-// Owns every record. Callers hold plain pointers while they hold a reference; a record whose last
-// reference goes returns to its pool and is generated anew for the next key. Any thread may acquire
-// and release. Each table has a lock of its own, held for moments only, never while a record is
-// generated.
+// Owns every record. Callers hold plain pointers while they hold a reference, and only read; a
+// record whose last reference goes returns to its pool and is generated anew for the next key. Any
+// thread may acquire and release. Each table has a lock of its own, held for moments only, never
+// while a record is generated.
 #pragma once
-
-#include <cstddef>
-#include <cstdint>
-#include <vector>
 
 #include "app/CMN_Singleton.h"
 #include "common/Mutex.h"
@@ -17,23 +13,30 @@
 #include "gen/GridKey.h"
 #include "world/RecordTable.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
 class ASM_AssetManager : public CMN_Singleton<ASM_AssetManager> {
 public:
-    static constexpr std::int32_t dungeonPoolSize = 12;
-    static constexpr std::int32_t clusterPoolSize = 18;
-
-    /// Fills the pools. Main thread. Always true.
+    /// Fills the pools. Main thread, once. Always true.
     bool Init();
 
     /// A reference to the cluster's record, generated when it is not in use. Never null.
-    const ClusterRecord* AcquireCluster(const GridKey& key);
+    ClusterRecord* AcquireCluster(const GridKey& key);
+
     /// Gives a reference back; nothing happens when none is held.
     void ReleaseCluster(const GridKey& key);
 
     /// A reference to the land cell's dungeon, generated when it is not in use, with compass points
     /// for this many neighbours. Never null.
-    const DungeonRecord* AcquireDungeon(const GridKey& cellKey, std::size_t neighborCount);
-    /// Gives a reference back; nothing happens when none is held.
+    DungeonRecord* AcquireDungeon(const GridKey& cellKey, std::size_t neighborCount);
+
+    /// The same for as many neighbours as the neighbour map gives the cell now.
+    DungeonRecord* AcquireDungeon(const GridKey& cellKey);
+
+    /// Gives a reference back, whatever the number of neighbours; nothing happens when none is
+    /// held.
     void ReleaseDungeon(std::int32_t cellId);
 
     /// The record of a cluster in use, or null. Takes no reference: main thread, which alone
@@ -47,15 +50,13 @@ public:
     /// A copy of a land cell's neighbour list, empty when it has none. Any thread.
     std::vector<GridKey> GetNeighbors(const GridKey& cellKey) const VESK_EXCLUDES(neighborLock);
 
-    /// Lists the records in use on the screen. Main thread.
+    /// Lists the records in use in the window, a line per id. Main thread.
     void DrawLoadedAssets() const;
 
-    const RecordTable<DungeonRecord>& GetDungeons() const { return dungeons; }
-    const RecordTable<ClusterRecord>& GetClusters() const { return clusters; }
-
-private:
-    RecordTable<DungeonRecord> dungeons;
-    RecordTable<ClusterRecord> clusters;
+    static constexpr std::int32_t dungeonPoolSize = 12;
+    RecordTable<DungeonRecord> dungeons; ///< by cell
+    static constexpr std::int32_t clusterPoolSize = 18;
+    RecordTable<ClusterRecord> clusters; ///< by cluster, without a number of neighbours
     mutable Mutex neighborLock;
     CellNeighborMap neighbors VESK_GUARDED_BY(neighborLock);
 };

@@ -8,7 +8,6 @@
 #include "world/WorldManager.h"
 
 #include <algorithm>
-#include <cassert>
 #include <chrono>
 #include <numeric>
 #include <utility>
@@ -18,14 +17,14 @@ namespace {
 // The centre of a tile of a dungeon (tile units) in the world.
 Vec2i TileCenter(const GridKey& cell, Vec2i tile) {
     constexpr Vec2i half{kTileSize / 2, kTileSize / 2};
-    return CellOrigin({cell.x, cell.y}) + half + tile * kTileSize;
+    return CellOrigin(cell.Coords()) + half + tile * kTileSize;
 }
 
 std::vector<std::unique_ptr<IEntity>> MakeEntities(const GridKey& cell,
                                                    const DungeonRecord& dungeon) {
     std::vector<std::unique_ptr<IEntity>> made;
     for (const std::int32_t room : dungeon.mainRooms) {
-        for (const Vec2i& point : dungeon.rooms[static_cast<std::size_t>(room)].spawnPoints) {
+        for (const Vec2i& point : dungeon.Room(room).spawnPoints) {
             auto enemy = std::make_unique<DumbEnemy>();
             enemy->Init(TileCenter(cell, point));
             made.push_back(std::move(enemy));
@@ -43,19 +42,9 @@ std::vector<std::unique_ptr<IEntity>> MakeEntities(const GridKey& cell,
 
 } // namespace
 
-void CellGrid::SetEntity(std::size_t slot, TerrainCellEntity* entity) {
-    const MutexLock lock(slotLock);
-    slots[slot].cellEntity = entity;
-}
-
 TerrainCellEntity* CellGrid::GetEntity(std::size_t slot) const {
     const MutexLock lock(slotLock);
     return slots[slot].cellEntity;
-}
-
-CellSlot CellGrid::GetSlot(std::size_t slot) const {
-    const MutexLock lock(slotLock);
-    return slots[slot];
 }
 
 TerrainCellEntity* CellGrid::FindLoaded(Vec2i cell) const {
@@ -71,17 +60,16 @@ TerrainCellEntity* CellGrid::FindLoaded(Vec2i cell) const {
 
 void CellGrid::Update(Vec2i playerPosition) {
     const GridKey cell = CellKeyAt(playerPosition);
-    const GridKey cluster = ClusterKeyOfCell({cell.x, cell.y});
-    if (!hasClusters || cluster.id != lastClusterKey.id) {
+    const GridKey cluster = ClusterKeyOfCell(cell.Coords());
+    if (!started || cluster.id != lastClusterKey.id) {
         AcquireClusters(cluster);
         lastClusterKey = cluster;
-        hasClusters = true;
     }
-    if (!hasCells || cell.id != lastCellKey.id) {
+    if (!started || cell.id != lastCellKey.id) {
         lastCellKey = cell;
-        hasCells = true;
-        TargetCells({cell.x, cell.y});
+        TargetCells(cell.Coords());
     }
+    started = true;
 }
 
 void CellGrid::AcquireClusters(const GridKey& cluster) {
@@ -93,8 +81,7 @@ void CellGrid::AcquireClusters(const GridKey& cluster) {
             if (clusters[entry] != nullptr) {
                 former.push_back(clusters[entry]->key);
             }
-            clusters[entry] =
-                store.AcquireCluster(ClusterKey(Vec2i{cluster.x, cluster.y} + Vec2i{dx, dy}));
+            clusters[entry] = store.AcquireCluster(ClusterKey(cluster.Coords() + Vec2i{dx, dy}));
             ++entry;
         }
     }
@@ -145,11 +132,10 @@ void CellGrid::RequestCell(std::size_t slot, const GridKey& cell) {
 }
 
 std::int32_t CellGrid::LandFlag(const GridKey& cell) const {
-    const std::int32_t clusterId = ClusterKeyOfCell({cell.x, cell.y}).id;
+    const std::int32_t clusterId = ClusterKeyOfCell(cell.Coords()).id;
     for (const ClusterRecord* cluster : clusters) {
         if (cluster != nullptr && cluster->key.id == clusterId) {
-            const auto flag = cluster->cells.find(cell.id);
-            return flag == cluster->cells.end() ? 0 : flag->second;
+            return cluster->LandFlag(cell.id);
         }
     }
     return 0;
@@ -162,37 +148,40 @@ bool CellGrid::Retarget(std::size_t slot, CellRequest request) {
     for (IEntity* entity : retargeted.spawned) {
         entity->active = false;
     }
-    retargeted.target = {request.cell.x, request.cell.y};
-    request.number = retargeted.request.number + 1;
-    retargeted.request = std::move(request);
+    retargeted.target = request.cell.Coords();
+    retargeted.pending = std::move(request);
     return !std::exchange(retargeted.busy, true);
 }
 
 void CellGrid::ServeRequests(std::size_t slot) {
-    while (const std::optional<CellRequest> request = NextRequest(slot)) {
+    while (const std::optional<CellRequest> request = TakeRequest(slot)) {
         LoadCell(slot, *request);
     }
 }
 
-std::optional<CellRequest> CellGrid::NextRequest(std::size_t slot) {
+std::optional<CellRequest> CellGrid::TakeRequest(std::size_t slot) {
     const MutexLock lock(slotLock);
-    if (slots[slot].served == slots[slot].request.number) {
-        slots[slot].busy = false;
+    CellSlot& served = slots[slot];
+    if (!served.pending) {
+        served.busy = false;
         settled.Broadcast();
-        return std::nullopt;
     }
-    return slots[slot].request;
+    return std::exchange(served.pending, std::nullopt);
 }
 
 void CellGrid::LoadCell(std::size_t slot, const CellRequest& request) {
-    assert(request.cell.x >= 0 && request.cell.y >= 0);
     UnloadCell(slot);
+    if (request.cell.x < 0 || request.cell.y < 0) {
+        const MutexLock lock(slotLock);
+        slots[slot].coords = {-1, -1};
+        return;
+    }
     ASM_AssetManager& store = *ASM_AssetManager::GetInstance();
-    const DungeonRecord* dungeon = nullptr;
+    DungeonRecord* dungeon = nullptr;
     Spawned made;
     if (request.land == 1) {
         dungeon = store.AcquireDungeon(request.cell, request.neighbors.size());
-        if (IsNewest(slot, request)) {
+        if (!IsOvertaken(slot)) {
             made = MakeEntities(request.cell, *dungeon);
         }
     }
@@ -221,20 +210,19 @@ void CellGrid::UnloadCell(std::size_t slot) {
     }
 }
 
-bool CellGrid::IsNewest(std::size_t slot, const CellRequest& request) const {
+bool CellGrid::IsOvertaken(std::size_t slot) const {
     const MutexLock lock(slotLock);
-    return slots[slot].request.number == request.number;
+    return slots[slot].pending.has_value();
 }
 
-bool CellGrid::Commit(std::size_t slot, const CellRequest& request, const DungeonRecord* dungeon,
+bool CellGrid::Commit(std::size_t slot, const CellRequest& request, DungeonRecord* dungeon,
                       const Spawned& made) {
     const MutexLock lock(slotLock);
     CellSlot& loaded = slots[slot];
-    if (loaded.request.number != request.number) {
+    if (loaded.pending) {
         return false;
     }
-    loaded.served = request.number;
-    loaded.coords = {request.cell.x, request.cell.y};
+    loaded.coords = request.cell.Coords();
     for (const std::unique_ptr<IEntity>& entity : made) {
         loaded.spawned.push_back(entity.get());
     }

@@ -1,157 +1,122 @@
-// Reference-counted records of one kind, handed out by id from a pool.
+// Reference-counted records of one kind, handed out by id from a free.
 //
-// The table owns every record. A record is pooled or in use; its last release returns it to the
-// back of the pool, from where the next key takes it. When a burst empties the pool, it grows. A
-// record is generated outside the lock; others that want the same id meanwhile wait for it, so it
-// is generated once and never seen half-made. Any thread may call.
+// The table owns every record. A record is pooled or in use; the last release of its id returns it
+// to the back of the pool, from where the next key takes it. When a burst empties the pool, it
+// grows. A record is generated outside the lock; others that want the same key meanwhile wait for
+// it, so it is generated once and never seen half-made. Any thread may call.
 //
-// A request may name a variant (for a dungeon, the number of neighbours that it was generated for).
-// A record in use with another variant cannot serve it and cannot change under its holders: it is
-// displaced. It serves again when its variant is asked for, and returns to the pool with the last
-// reference to its id.
+// A key is an id and, where the record depends on it, the number of neighbours that it is generated
+// for. A cell can be held with two numbers at once, when its neighbours have changed between two
+// loads: these are two records under one id, which share its count and return to the pool together.
 #pragma once
+
+#include "common/Mutex.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <map>
 #include <memory>
-#include <set>
 #include <utility>
-#include <vector>
-
-#include "common/Mutex.h"
 
 template <typename Record>
 class RecordTable {
 public:
-    struct Held {
-        std::int32_t id;
-        std::uint32_t count;
-    };
+    using Key = std::pair<std::int32_t, std::size_t>;   ///< id, number of neighbours
+    using Refs = std::map<std::int32_t, std::uint32_t>; ///< id -> count, never 0
 
-    /// Puts new records into the pool.
+    /// Puts new records into the free.
     void Fill(std::int32_t count) VESK_EXCLUDES(lock) {
         const MutexLock guard(lock);
         for (std::int32_t i = 0; i < count; ++i) {
-            pool.push_back(std::make_unique<Record>());
+            free.push_back(std::make_unique<Record>());
         }
     }
 
-    /// A reference to the record of an id, made by `generate(Record&)` when none fits. Never null.
+    /// A reference to the record of a key, made by `generate(Record&)` when it is not in use. Never
+    /// null; valid until the caller releases the id.
     template <typename Generate>
-    const Record* Acquire(std::int32_t id, std::size_t variant, Generate generate)
-        VESK_EXCLUDES(lock) {
+    Record* Acquire(std::int32_t id, std::size_t neighbors, Generate generate) VESK_EXCLUDES(lock) {
+        const Key key{id, neighbors};
         std::unique_ptr<Record> fresh;
-        if (const Record* known = FindOrReserve(id, variant, fresh)) {
+        if (Record* known = FindOrReserve(key, fresh)) {
             return known;
         }
         generate(*fresh);
-        return Publish(id, variant, std::move(fresh));
+        return Publish(key, std::move(fresh));
     }
 
     /// Gives a reference back; does nothing when the id has none.
     void Release(std::int32_t id) VESK_EXCLUDES(lock) {
         const MutexLock guard(lock);
-        const auto count = counts.find(id);
-        if (count == counts.end() || --count->second > 0) {
+        const auto count = refs.find(id);
+        if (count == refs.end() || --count->second > 0) {
             return;
         }
-        counts.erase(count);
-        const auto [first, last] = displaced.equal_range(id);
-        for (auto entry = first; entry != last; ++entry) {
-            pool.push_back(std::move(entry->second.record));
+        refs.erase(count);
+        auto entry = records.lower_bound({id, 0});
+        while (entry != records.end() && entry->first.first == id) {
+            if (entry->second == nullptr) {
+                ++entry; // being generated for somebody else
+            } else {
+                free.push_back(std::move(entry->second));
+                entry = records.erase(entry);
+            }
         }
-        displaced.erase(first, last);
-        const auto entry = inUse.find(id);
-        pool.push_back(std::move(entry->second.record));
-        inUse.erase(entry);
     }
 
-    /// The record in use under an id, or null; takes no reference.
-    const Record* Find(std::int32_t id) const VESK_EXCLUDES(lock) {
+    /// The record of an id in use, or null; takes no reference, so the caller must know that
+    /// nobody releases the last one meanwhile.
+    Record* Find(std::int32_t id) const VESK_EXCLUDES(lock) {
         const MutexLock guard(lock);
-        const auto entry = inUse.find(id);
-        return entry == inUse.end() ? nullptr : entry->second.record.get();
+        const auto entry = records.lower_bound({id, 0});
+        return entry == records.end() || entry->first.first != id ? nullptr : entry->second.get();
     }
 
-    /// The ids in use with their counts, in ascending order.
-    std::vector<Held> ListHeld() const VESK_EXCLUDES(lock) {
+    /// A copy of the reference counts.
+    Refs GetRefs() const VESK_EXCLUDES(lock) {
         const MutexLock guard(lock);
-        std::vector<Held> held;
-        for (const auto& [id, count] : counts) {
-            held.push_back({id, count});
-        }
-        return held;
+        return refs;
     }
 
-    std::size_t PoolSize() const VESK_EXCLUDES(lock) {
-        const MutexLock guard(lock);
-        return pool.size();
-    }
+    mutable Mutex lock;
+    /// The records in use; null while one is being generated.
+    std::map<Key, std::unique_ptr<Record>> records VESK_GUARDED_BY(lock);
+    std::deque<std::unique_ptr<Record>> free VESK_GUARDED_BY(lock); ///< the pool, used at its back
+    Refs refs VESK_GUARDED_BY(lock);
 
 private:
-    struct Entry {
-        std::unique_ptr<Record> record;
-        std::size_t variant = 0;
-    };
-
-    const Record* FindOrReserve(std::int32_t id, std::size_t variant,
-                                std::unique_ptr<Record>& fresh) VESK_EXCLUDES(lock) {
+    Record* FindOrReserve(const Key& key, std::unique_ptr<Record>& fresh) VESK_EXCLUDES(lock) {
         const MutexLock guard(lock);
-        while (generating.contains(id)) {
+        auto entry = records.find(key);
+        while (entry != records.end() && entry->second == nullptr) {
             generated.Wait(lock);
+            entry = records.find(key);
         }
-        const auto entry = inUse.find(id);
-        if (entry != inUse.end() && HasVariant(id, entry->second, variant)) {
-            ++counts[id];
-            return entry->second.record.get();
+        if (entry != records.end()) {
+            ++refs[key.first];
+            return entry->second.get();
         }
-        generating.insert(id);
+        records.emplace(key, nullptr);
         fresh = TakeFromPool();
         return nullptr;
     }
 
-    /// True when the current record of an id is of a variant, or a displaced one is, which then
-    /// takes its place.
-    bool HasVariant(std::int32_t id, Entry& current, std::size_t variant) VESK_REQUIRES(lock) {
-        const auto [first, last] = displaced.equal_range(id);
-        for (auto former = first; former != last && current.variant != variant; ++former) {
-            if (former->second.variant == variant) {
-                std::swap(former->second, current);
-            }
-        }
-        return current.variant == variant;
-    }
-
     std::unique_ptr<Record> TakeFromPool() VESK_REQUIRES(lock) {
-        if (pool.empty()) {
+        if (free.empty()) {
             return std::make_unique<Record>();
         }
-        std::unique_ptr<Record> record = std::move(pool.back());
-        pool.pop_back();
+        std::unique_ptr<Record> record = std::move(free.back());
+        free.pop_back();
         return record;
     }
 
-    const Record* Publish(std::int32_t id, std::size_t variant, std::unique_ptr<Record> fresh)
-        VESK_EXCLUDES(lock) {
+    Record* Publish(const Key& key, std::unique_ptr<Record> fresh) VESK_EXCLUDES(lock) {
         const MutexLock guard(lock);
-        Entry& entry = inUse[id];
-        if (entry.record != nullptr) {
-            displaced.emplace(id, std::move(entry));
-        }
-        entry = {std::move(fresh), variant};
-        ++counts[id];
-        generating.erase(id);
+        ++refs[key.first];
         generated.Broadcast();
-        return entry.record.get();
+        return (records[key] = std::move(fresh)).get();
     }
 
-    mutable Mutex lock;
     Condition generated;
-    std::deque<std::unique_ptr<Record>> pool VESK_GUARDED_BY(lock); ///< used at its back
-    std::map<std::int32_t, Entry> inUse VESK_GUARDED_BY(lock);
-    std::map<std::int32_t, std::uint32_t> counts VESK_GUARDED_BY(lock); ///< absent means 0
-    std::set<std::int32_t> generating VESK_GUARDED_BY(lock);
-    std::multimap<std::int32_t, Entry> displaced VESK_GUARDED_BY(lock);
 };

@@ -65,7 +65,8 @@ void WorldManager::InitTerrainCells() {
     for (std::size_t slot = 0; slot < CellGrid::kSlotCount; ++slot) {
         TerrainCellEntity* entity = CreateTerrainCellEntity();
         entity->active = false;
-        cellGrid.SetEntity(slot, entity);
+        const MutexLock lock(cellGrid.slotLock);
+        cellGrid.slots[slot].cellEntity = entity;
     }
 }
 

@@ -8,6 +8,7 @@
 #include "gfx/GFX_GraphicsManager.h"
 #include "input/CMN_InputManager.h"
 #include "support/GameHarness.h"
+#include "support/Guarded.h"
 #include "support/ProbeEntity.h"
 #include "support/Signal.h"
 #include "support/TemporaryFile.h"
@@ -169,8 +170,8 @@ TEST(StartUpTest, CreatesEverythingAndLeavesTheClockAtZero) {
         EXPECT_EQ(timer.minInterval, 30U);
         EXPECT_EQ(timer.lastTime, 0U);
     }
-    EXPECT_EQ(ASM_AssetManager::GetInstance()->GetDungeons().PoolSize(), 12U);
-    EXPECT_EQ(ASM_AssetManager::GetInstance()->GetClusters().PoolSize(), 18U);
+    EXPECT_EQ(PoolSize(ASM_AssetManager::GetInstance()->dungeons), 12U);
+    EXPECT_EQ(PoolSize(ASM_AssetManager::GetInstance()->clusters), 18U);
     EXPECT_FALSE(QuitRequested());
     ShutDown();
 }

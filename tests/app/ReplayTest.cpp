@@ -9,6 +9,7 @@
 #include "entities/PlayerEntity.h"
 #include "entities/TerrainCellEntity.h"
 #include "input/CMN_InputManager.h"
+#include "support/Guarded.h"
 #include "support/QuietStderr.h"
 #include "ui/DebugMenuEntity.h"
 #include "ui/UIF_Button.h"
@@ -36,6 +37,7 @@ struct Experience {
     int ticksOnMap = 0;
     int ticksInMenu = 0;
     int overtakenRequests = 0;
+    std::array<std::optional<Vec2i>, CellGrid::kSlotCount> waiting; // by slot, the cell asked for
     std::size_t mostSpawned = 0;
     bool wasOnFoot = false;
 
@@ -47,8 +49,9 @@ struct Experience {
         ticksOnMap += World().mapMode;
         ticksInMenu += World().debugMenu->active ? 1 : 0;
         for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
-            const CellSlot slot = World().cellGrid.GetSlot(i);
-            overtakenRequests += slot.request.number > slot.served + 1 ? 1 : 0;
+            const CellSlot slot = SlotAt(i);
+            overtakenRequests += slot.pending && waiting[i] && *waiting[i] != slot.target ? 1 : 0;
+            waiting[i] = slot.pending ? std::optional(slot.target) : std::nullopt;
         }
         mostSpawned = std::max(mostSpawned, World().layers[kSpawnedLayer].size());
     }

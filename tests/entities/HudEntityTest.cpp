@@ -82,9 +82,9 @@ TEST_F(HudEntityTest, ShowsEveryLandCellWithinThreeCellsOfTheClustersHeld) {
         }
         EXPECT_EQ(IconsAt(CellCenter(cell)).size(), land) << cell.x << " " << cell.y;
     }
-    const std::size_t held = ASM_AssetManager::GetInstance()->GetClusters().ListHeld().size();
+    const std::size_t held = ASM_AssetManager::GetInstance()->clusters.GetRefs().size();
     EXPECT_TRUE(IconsAt(CellCenter({1000, 1000})).empty());
-    EXPECT_EQ(ASM_AssetManager::GetInstance()->GetClusters().ListHeld().size(), held)
+    EXPECT_EQ(ASM_AssetManager::GetInstance()->clusters.GetRefs().size(), held)
         << "looking holds nothing";
 }
 

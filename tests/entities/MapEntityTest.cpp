@@ -75,7 +75,7 @@ private:
     }
 
     void PaintOverview(const WorldManager& world) {
-        for (const ClusterRecord* cluster : world.cellGrid.GetClusters()) {
+        for (const ClusterRecord* cluster : world.cellGrid.clusters) {
             for (const auto& [id, land] : cluster->cells) {
                 if (land == 1) {
                     PaintLandCell(id % 1048560, id / 1048560);

@@ -2,6 +2,7 @@
 
 #include "app/Application.h"
 #include "entities/PlayerEntity.h"
+#include "support/Guarded.h"
 #include "world/WorldManager.h"
 
 #include <gtest/gtest.h>
@@ -36,9 +37,9 @@ void SimulatedPlay::RestAt(Vec2i place) {
 
 void SimulatedPlay::CountArrivals() {
     for (std::size_t i = 0; i < counted.size(); ++i) {
-        const CellSlot slot = WorldManager::GetInstance()->cellGrid.GetSlot(i);
-        if (slot.served != counted[i]) {
-            counted[i] = slot.served;
+        const CellSlot slot = SlotAt(i);
+        if (slot.coords != counted[i]) {
+            counted[i] = slot.coords;
             arrivals += slot.spawned.size();
         }
     }

@@ -31,5 +31,5 @@ private:
     std::size_t ticks = 0;
     std::size_t rests = 0;
     std::size_t arrivals = 0;
-    std::array<std::uint32_t, 9> counted{}; // by slot, the request whose entities are counted
+    std::array<Vec2i, 9> counted{}; // by slot, the cell whose entities are counted
 };

@@ -230,7 +230,7 @@ void Pilot::PanByCells(Vec2i cells) {
 
 Vec2i Pilot::NearbyLand() {
     std::vector<Vec2i> land;
-    for (const ClusterRecord* cluster : WorldManager::GetInstance()->cellGrid.GetClusters()) {
+    for (const ClusterRecord* cluster : WorldManager::GetInstance()->cellGrid.clusters) {
         if (cluster->key.x < 0 || cluster->key.y < 0) {
             continue; // nothing is loaded there, and the ids do not tell the cells
         }

@@ -8,6 +8,7 @@
 #include "entities/PlayerEntity.h"
 #include "entities/TerrainCellEntity.h"
 #include "input/CMN_InputManager.h"
+#include "support/Guarded.h"
 #include "ui/DebugMenuEntity.h"
 #include "ui/UIF_Button.h"
 #include "ui/UIF_Label.h"
@@ -113,9 +114,7 @@ std::uint64_t DigestRadar() {
 std::uint64_t DigestRequests() {
     Hasher hash;
     for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
-        const CellSlot slot = World().cellGrid.GetSlot(i);
-        hash.Add(slot.target, slot.request.number, slot.request.cell, slot.request.land,
-                 slot.request.neighbors);
+        hash.Add(SlotAt(i).target);
     }
     return hash.Value();
 }
@@ -123,16 +122,16 @@ std::uint64_t DigestRequests() {
 template <typename Record>
 std::uint64_t DigestCounts(const RecordTable<Record>& table) {
     Hasher hash;
-    for (const auto& held : table.ListHeld()) {
-        hash.Add(held.id, held.count);
+    for (const auto& [id, count] : table.GetRefs()) {
+        hash.Add(id, count);
     }
     return hash.Value();
 }
 
 std::uint64_t DigestClusters() {
     Hasher hash;
-    hash.Add(DigestCounts(ASM_AssetManager::GetInstance()->GetClusters()));
-    for (const ClusterRecord* cluster : World().cellGrid.GetClusters()) {
+    hash.Add(DigestCounts(ASM_AssetManager::GetInstance()->clusters));
+    for (const ClusterRecord* cluster : World().cellGrid.clusters) {
         hash.Add(cluster->key);
         for (const auto& [id, land] : cluster->cells) {
             hash.Add(id, land);
@@ -144,10 +143,10 @@ std::uint64_t DigestClusters() {
 std::uint64_t DigestTerrain() {
     Hasher hash;
     for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
-        const CellSlot slot = World().cellGrid.GetSlot(i);
+        const CellSlot slot = SlotAt(i);
         const TerrainCellEntity::View view = slot.cellEntity->GetView();
-        hash.Add(slot.coords, slot.served, slot.busy, slot.cellEntity->active, view.key,
-                 view.occupied, view.corners, slot.cellEntity->GetNeighbors());
+        hash.Add(slot.coords, slot.busy, slot.cellEntity->active, view.key, view.occupied,
+                 view.corners, slot.cellEntity->GetNeighbors());
         if (view.dungeon != nullptr) {
             hash.Add(view.dungeon->rooms, view.dungeon->mainRooms, view.dungeon->hallwayEdges,
                      view.dungeon->hallways, view.dungeon->compassPoints, view.dungeon->tiles);
@@ -159,7 +158,7 @@ std::uint64_t DigestTerrain() {
 std::uint64_t DigestSpawned() {
     Hasher hash;
     for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
-        hash.Add(World().cellGrid.GetSlot(i).spawned);
+        hash.Add(SlotAt(i).spawned);
     }
     return hash.Value();
 }
@@ -172,7 +171,7 @@ std::uint64_t DigestLayers() {
         hash.Add(layer.size());
     }
     for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
-        const Vec2i cell = World().cellGrid.GetSlot(i).coords;
+        const Vec2i cell = SlotAt(i).coords;
         for (const IEntity* entity : World().layers[kSpawnedLayer]) {
             if (entity->position / kCellSize == cell) {
                 hash.Add(entity);
@@ -203,7 +202,7 @@ StateDigest DigestRest() {
     return {{"terrain", DigestTerrain()},
             {"spawned", DigestSpawned()},
             {"layers", DigestLayers()},
-            {"counts", DigestCounts(ASM_AssetManager::GetInstance()->GetDungeons())}};
+            {"counts", DigestCounts(ASM_AssetManager::GetInstance()->dungeons)}};
 }
 
 std::string DifferingParts(const StateDigest& a, const StateDigest& b) {

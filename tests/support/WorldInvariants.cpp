@@ -6,6 +6,7 @@
 #include "gen/BuildNeighborGraph.h"
 #include "gen/GEN_DungeonGenerator.h"
 #include "gen/GenerateCluster.h"
+#include "support/Guarded.h"
 #include "world/ASM_AssetManager.h"
 #include "world/WorldManager.h"
 
@@ -136,15 +137,6 @@ void CheckSlot(const CellSlot& slot, Vec2i expected, const std::vector<GridKey>&
 
 using Counts = std::map<std::int32_t, std::uint32_t>;
 
-template <typename Record>
-Counts CountsOf(const RecordTable<Record>& table) {
-    Counts counts;
-    for (const auto& held : table.ListHeld()) {
-        counts[held.id] = held.count;
-    }
-    return counts;
-}
-
 void CheckCounts(const SlotModel& model) {
     Counts dungeons;
     for (const Vec2i& cell : model.Cells()) {
@@ -156,8 +148,8 @@ void CheckCounts(const SlotModel& model) {
     for (const GridKey& key : BlockKeys(model.Cluster())) {
         ++clusters[key.id];
     }
-    EXPECT_EQ(CountsOf(ASM_AssetManager::GetInstance()->GetDungeons()), dungeons);
-    EXPECT_EQ(CountsOf(ASM_AssetManager::GetInstance()->GetClusters()), clusters);
+    EXPECT_EQ(ASM_AssetManager::GetInstance()->dungeons.GetRefs(), dungeons);
+    EXPECT_EQ(ASM_AssetManager::GetInstance()->clusters.GetRefs(), clusters);
 }
 
 } // namespace
@@ -203,7 +195,7 @@ void CheckWorldAtRest(const SlotModel& model) {
     std::size_t spawned = 0;
     for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
         SCOPED_TRACE("slot " + std::to_string(i));
-        const CellSlot slot = world.cellGrid.GetSlot(i);
+        const CellSlot slot = SlotAt(i);
         CheckSlot(slot, model.Cells()[i], model.Neighbors(i));
         spawned += slot.spawned.size();
     }

@@ -7,6 +7,7 @@
 #include "gen/BuildNeighborGraph.h"
 #include "gen/GEN_DungeonGenerator.h"
 #include "gen/GenerateCluster.h"
+#include "support/Guarded.h"
 #include "world/ASM_AssetManager.h"
 #include "world/WorldManager.h"
 
@@ -140,15 +141,6 @@ private:
     }
 };
 
-template <typename Record>
-std::map<std::int32_t, std::uint32_t> CountsOf(const RecordTable<Record>& table) {
-    std::map<std::int32_t, std::uint32_t> counts;
-    for (const auto& held : table.ListHeld()) {
-        counts[held.id] = held.count;
-    }
-    return counts;
-}
-
 } // namespace
 
 bool WorldModel::Follow() {
@@ -193,7 +185,7 @@ std::string WorldModel::Faults() const {
     std::map<std::int32_t, std::uint32_t> dungeons;
     std::map<std::int32_t, std::uint32_t> clusters;
     for (std::size_t i = 0; i < cells.size(); ++i) {
-        const CellSlot slot = world.cellGrid.GetSlot(i);
+        const CellSlot slot = SlotAt(i);
         checker.where = "slot " + std::to_string(i) + ": ";
         checker.CheckSlot(slot, cells[i], neighbors[i]);
         spawned += slot.spawned.size();
@@ -207,7 +199,7 @@ std::string WorldModel::Faults() const {
     checker.where.clear();
     checker.Check(world.layers[2].size() == spawned, "something stale or doubled is in layer 2");
     checker.Check(world.entities.size() == kFixedEntities + spawned, "too many or few entities");
-    checker.Check(CountsOf(store.GetDungeons()) == dungeons, "dungeons have other references");
-    checker.Check(CountsOf(store.GetClusters()) == clusters, "clusters have other references");
+    checker.Check(store.dungeons.GetRefs() == dungeons, "dungeons have other references");
+    checker.Check(store.clusters.GetRefs() == clusters, "clusters have other references");
     return checker.text.str();
 }
