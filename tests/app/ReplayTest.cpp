@@ -105,7 +105,7 @@ std::vector<Fault> FaultsOfTheWorldAtRest() {
         {"spawned", [] { Spawned(0)->active = false; }},
         {"layers", [] { std::swap(Spawned(0), Spawned(1)); }},
         {"layers", [] { World().layers[kSpawnedLayer].pop_back(); }},
-        {"dungeon counts",
+        {"counts",
          [] {
              ASM_AssetManager::GetInstance()->AcquireDungeon(CellKey({900, 900}), 0);
          }},
