@@ -1,0 +1,151 @@
+// The drawing calls and what reaches the renderer of them.
+#include "gfx/GFX_GraphicsManager.h"
+
+#include "gfx/Clipping.h"
+#include "support/DrawLog.h"
+#include "support/Game.h"
+
+#include <SDL.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <thread>
+
+namespace {
+
+constexpr std::int32_t kLow = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kHigh = std::numeric_limits<std::int32_t>::max();
+constexpr SDL_Color kRed{255, 0, 0, 255};
+
+GFX_GraphicsManager& Graphics() {
+    return *GFX_GraphicsManager::GetInstance();
+}
+
+template <typename Draw>
+std::string Drawn(Draw draw) {
+    TakeDrawLog();
+    draw();
+    EXPECT_EQ(LocksHeld(), 0);
+    return TakeDrawLog();
+}
+
+} // namespace
+
+TEST(GfxTest, TheCameraLiesAtTheWindowsCentreAndTheWorldsYPointsUp) {
+    struct Case {
+        Vec2i offset; // from the camera
+        float zoom;
+        Vec2i expected;
+    };
+    const Game game({.width = 641, .height = 479});
+    for (const Case& c : {Case{{0, 0}, 1.0f, {320, 240}},
+                          {{10, 20}, 1.0f, {330, 220}},
+                          {{-3, 3}, 0.5f, {319, 239}}, // truncated toward zero
+                          {{1, -1}, 2.9f, {322, 242}},
+                          {{5000, -5000}, 0.0f, {320, 240}},
+                          // What is far to one side stays there.
+                          {{1 << 30, 1 << 30}, 8.0f, {kHigh, 479 - kHigh}},
+                          {{-(1 << 30), -(1 << 30)}, 8.0f, {kLow + 320, kHigh}}}) {
+        EXPECT_EQ(Graphics().WorldToScreen(Vec2i{100, 700} + c.offset, {100, 700}, c.zoom), c.expected)
+            << c.offset.x << " " << c.zoom;
+    }
+    EXPECT_EQ(Graphics().WorldToScreen({kLow, kLow}, {kHigh, kHigh}, 1.0f), (Vec2i{321, 239}));
+}
+
+TEST(GfxTest, EachCallDrawsWhereItsRuleSaysUnderTheLockAndLeavesTheColour) {
+    const Game game;
+    const Sprite ship = *Graphics().CreateSprite("ships.png", 0, 64, 31, 17);
+    SDL_SetRenderDrawColor(Graphics().renderer, 1, 2, 3, 4);
+    const Rect place{0, 10, 100, 0, 40, 30}; // the stored size counts, not the edges
+    const std::string found = Drawn([&] {
+        Graphics().DrawSprite(&ship, {108, 106}, {100, 100}, 0.5f);
+        Graphics().DrawSpriteSized(&ship, {108, 106}, {100, 100}, 2.9f, 24);
+        Graphics().DrawSprite(&ship, {108, 106}, {100, 100}, 0.04f); // no pixel
+        Graphics().DrawSprite(nullptr, {108, 106}, {100, 100}, 1.0f);
+        Graphics().FillRect(place, kRed);
+        Graphics().DrawRect(place, kRed);
+        Graphics().DrawLine({100, 80}, {110, 100}, kRed);
+        Graphics().DrawText("in its colour", place, kRed);
+        Graphics().DrawTextAt("white", -3, 470);
+        Graphics().DrawTextAt("", 5, 5); // cannot be rendered
+        Graphics().DrawTextureCentered(nullptr, {5, 5});
+        const MutexLock lock(Graphics().renderLock);
+        Graphics().Clear();
+    });
+    EXPECT_EQ(found, "1 copy ships.png 0,64,31,17 -> 317,233,15,8\n"
+                     "1 copy ships.png 0,64,31,17 -> 309,189,69,69\n"
+                     "1 fill 10,380,40,30 in 255,0,0,255\n"
+                     "1 rect 10,380,40,30 in 255,0,0,255\n"
+                     "1 line 100,400 -> 110,380 in 255,0,0,255\n"
+                     "1 text \"in its colour\" in 255,0,0,255\n1 copy text -> 10,380\n"
+                     "1 text \"white\" in 255,255,255,255\n1 copy text -> -3,470\n"
+                     "1 text \"\" in 255,255,255,255\n"
+                     "1 clear\n");
+    SDL_Color left{};
+    SDL_GetRenderDrawColor(Graphics().renderer, &left.r, &left.g, &left.b, &left.a);
+    EXPECT_TRUE(left.r == 1 && left.g == 2 && left.b == 3 && left.a == 4);
+}
+
+TEST(GfxTest, WhatLiesFarOutsideIsCutOrLeftOut) {
+    struct Case {
+        Vec2i from;
+        Vec2i to;
+        bool shows;
+        Vec2i point; // of the window, on the line
+    };
+    for (const Case& c : {Case{{100, 50}, {100, kLow}, true, {100, 0}},
+                          {{kLow, 7}, {kHigh, 7}, true, {320, 7}},
+                          {{kHigh, kHigh}, {kLow, kLow}, true, {5, 5}},
+                          {{320 - 3000000, 240 - 1000000}, {320 + 3000000, 240 + 1000000}, true, {320, 240}},
+                          {{-100000, 0}, {-100000, 479}, false, {}},
+                          {{0, 900000}, {900000, 0}, false, {}},
+                          {{kLow, 100}, {-20000, 100}, false, {}},
+                          {{kLow, kLow}, {kHigh, kLow}, false, {}}}) {
+        SCOPED_TRACE(testing::Message() << c.from.x << "," << c.from.y);
+        Vec2i from = c.from;
+        Vec2i to = c.to;
+        EXPECT_EQ(ClipLine(from, to, {640, 480}), c.shows);
+        if (c.shows) { // short enough for SDL, and through the same point
+            EXPECT_LT(std::max({std::abs(from.x), std::abs(from.y), std::abs(to.x), std::abs(to.y)}), 20000);
+            const Vec2i a = to - from;
+            const Vec2i b = c.point - from;
+            const double off = double(a.x) * b.y - double(a.y) * b.x;
+            EXPECT_LT(std::abs(off), std::hypot(a.x, a.y));
+        }
+    }
+    Vec2i from{-16384, -16384};
+    Vec2i to{17024, 16864};
+    EXPECT_TRUE(ClipLine(from, to, {640, 480}) && from.x == -16384 && to.y == 16864) << "near";
+    const Game game;
+    EXPECT_EQ(Drawn([] {
+                  Graphics().FillRect({0, kLow, kHigh, 0, kHigh, kHigh}, kRed);
+                  Graphics().FillRect({0, 639, 1, 0, 9, 9}, kRed);
+                  Graphics().FillRect({0, 640, 9, 0, 9, 9}, kRed);
+                  Graphics().DrawRect({0, kHigh, kHigh, 0, kHigh, kHigh}, kRed);
+                  Graphics().DrawTextureCentered(Graphics().GetTexture("compass.png"), {kLow, kHigh});
+                  Graphics().DrawSprite(Graphics().CreateSprite("ships.png", 0, 0, 32, 32), {kHigh, 0},
+                                        {0, 0}, 10.0f);
+              }),
+              "1 fill 639,479,9,9 in 255,0,0,255\n");
+}
+
+TEST(GfxTest, ImagesAreLoadedOnceByTheMainThreadAndMissingOnesReportedEachTime) {
+    OutputLines output;
+    const Game game;
+    const std::string start = TakeDrawLog();
+    EXPECT_EQ(start, "0 load enemies.png\n0 load image.png\n0 load ships.png\n0 load link_raw.png\n"
+                     "0 load compass.png\n0 load hud_compass.png\n0 load island_icon.png\n"
+                     "1 load terrain_transition.png\n");
+    EXPECT_EQ(Drawn([] {
+                  EXPECT_NE(Graphics().GetTexture("ships.png"), nullptr);
+                  EXPECT_EQ(Graphics().GetTexture("no-such.png"), nullptr);
+                  EXPECT_EQ(Graphics().CreateSprite("Ships.png", 0, 0, 1, 1), nullptr);
+              }),
+              "0 load no-such.png\n0 load Ships.png\n");
+    EXPECT_EQ(output.Take(), std::vector<std::string>(2, "CreateTextureFromSurface error: "));
+    std::thread([] {
+        EXPECT_EQ(Graphics().GetTexture("no-such.png"), nullptr);
+        EXPECT_NE(Graphics().CreateSprite("compass.png", 0, 0, 1, 1), nullptr);
+    }).join();
+    EXPECT_TRUE(output.Take().empty() && TakeDrawLog().empty()) << "another thread tried a file";
+}

@@ -1,0 +1,127 @@
+// Reference counts, the pool's order, and many threads on the same few ids.
+#include "world/RecordTable.h"
+
+#include "entities/PlayerEntity.h"
+#include "support/Game.h"
+#include "world/ASM_AssetManager.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <random>
+#include <thread>
+
+namespace {
+
+struct Note {
+    std::int32_t id = 0;
+    std::size_t variant = 0;
+    std::array<std::int32_t, 64> body{}; ///< all equal to the id once made
+};
+
+const Note* Acquire(RecordTable<Note>& table, std::int32_t id, std::size_t variant = 0) {
+    return table.Acquire(id, variant, [=](Note& note) {
+        note.id = id;
+        note.variant = variant;
+        note.body.fill(id);
+    });
+}
+
+} // namespace
+
+TEST(RecordTableTest, CountsReferencesAndReusesTheRecordReleasedLast) {
+    RecordTable<Note> table;
+    table.Fill(3);
+    const Note* first = Acquire(table, 5);
+    EXPECT_EQ(Acquire(table, 5), first);
+    EXPECT_EQ(table.PoolSize(), 2U);
+    table.Release(5);
+    EXPECT_EQ(table.Find(5), first);
+    table.Release(5);
+    EXPECT_EQ(table.Find(5), nullptr);
+    EXPECT_EQ(table.PoolSize(), 3U);
+    EXPECT_EQ(Acquire(table, 6), first);
+    EXPECT_EQ(first->id, 6);
+    table.Release(7); // never acquired
+    table.Release(5); // no longer held
+    ASSERT_EQ(table.ListHeld().size(), 1U);
+    EXPECT_EQ(table.ListHeld()[0].count, 1U);
+}
+
+TEST(RecordTableTest, AnotherVariantDisplacesARecordThatItsHolderKeeps) {
+    RecordTable<Note> table;
+    table.Fill(1); // and grows
+    const Note* former = Acquire(table, 9, 2);
+    const Note* current = Acquire(table, 9, 4);
+    EXPECT_NE(former, current);
+    EXPECT_EQ(former->variant, 2U);
+    EXPECT_EQ(table.Find(9)->variant, 4U);
+    EXPECT_EQ(Acquire(table, 9, 2), former) << "a displaced record serves its variant again";
+    table.Release(9);
+    table.Release(9);
+    EXPECT_EQ(current->variant, 4U);
+    EXPECT_EQ(table.PoolSize(), 0U) << "the displaced record went back while its id was in use";
+    table.Release(9);
+    EXPECT_EQ(table.PoolSize(), 2U);
+}
+
+TEST(RecordTableTest, ManyThreadsShareEachRecordWhichIsMadeOnceAndNeverSeenHalfMade) {
+    constexpr std::int32_t held = 50; // every thread acquires these and keeps them
+    constexpr std::int32_t ids = 60;  // the others come and go
+    RecordTable<Note> table;
+    table.Fill(3);
+    std::array<std::atomic<int>, ids> made{};
+    std::atomic<int> wrong{0};
+    const auto use = [&](std::int32_t id) {
+        const Note* note = table.Acquire(id, 0, [&](Note& fresh) {
+            ++made[static_cast<std::size_t>(id)];
+            std::this_thread::yield();
+            fresh.body.fill(id);
+        });
+        for (const std::int32_t value : note->body) {
+            wrong += value == id ? 0 : 1;
+        }
+    };
+    std::vector<std::thread> threads;
+    for (unsigned seed = 0; seed < 8; ++seed) {
+        threads.emplace_back([&, seed] {
+            for (std::int32_t id = 0; id < held; ++id) {
+                use(id);
+            }
+            std::mt19937 random(seed);
+            for (int round = 0; round < 1000; ++round) {
+                const auto id = held + static_cast<std::int32_t>(random() % (ids - held));
+                use(id);
+                table.Release(id);
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(wrong, 0);
+    for (std::size_t id = 0; id < held; ++id) {
+        EXPECT_EQ(made[id], 1) << id;
+    }
+    const auto counts = table.ListHeld();
+    EXPECT_EQ(counts.size(), std::size_t{held});
+    EXPECT_EQ(counts.back().count, 8U);
+}
+
+TEST(StoreTest, ListsWhatIsInUseAndSharesRecordsById) {
+    Game game;
+    ASM_AssetManager& store = *ASM_AssetManager::GetInstance();
+    EXPECT_EQ(store.AcquireCluster(ClusterKey({-1, 1})), store.AcquireCluster(ClusterKey({65534, 0})));
+    store.AcquireDungeon(CellKey({1, 2}), 0);
+    store.AcquireDungeon(CellKey({1, 2}), 0);
+    store.AcquireDungeon(CellKey({1, 1}), 0);
+    store.AcquireCluster(ClusterKey({2, 2}));
+    store.ReleaseCluster(ClusterKey({2, 2}));
+    game.World().showLoadedAssets = true;
+    const std::string white = "\" in 255,255,255,255\n2 copy text -> 300,";
+    EXPECT_NE(game.Frame().find("2 text \"Dungeon 1048561 (1, 1) : 1" + white +
+                                "0\n2 text \"Dungeon 2097121 (1, 2) : 2" + white +
+                                "15\n2 text \"Cluster 65534 (65534, 0) : 2" + white + "30\n2 present"),
+              std::string::npos)
+        << game.Frame();
+}

@@ -1,0 +1,26 @@
+// An entity that tells what the world does with it.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "world/WorldManager.h"
+
+class Probe : public IEntity {
+public:
+    ~Probe() override { onDestroy(); }
+    void Update() override { onUpdate(); }
+    void Render() override { onRender(); }
+
+    std::function<void()> onUpdate = [] {};
+    std::function<void()> onRender = [] {};
+    std::function<void()> onDestroy = [] {};
+};
+
+/// A new probe that the world owns.
+inline Probe& AddProbe(std::int32_t layer) {
+    auto probe = std::make_unique<Probe>();
+    Probe& added = *probe;
+    WorldManager::GetInstance()->AddEntity(probe.release(), layer);
+    return added;
+}
