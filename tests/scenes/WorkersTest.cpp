@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
+#include "gen/Twister.h"
 
 namespace {
 
@@ -16,6 +16,7 @@ public:
         : ScenePlayer(settings), isDelayed(delays != 0), random(delays) {}
 
     void Rest() {
+        game.Tick(); // asks for the cells around the place of a jump just made
         hold.Release();
         game.errors.Open();
         ASSERT_TRUE(game.Settle());
@@ -43,7 +44,7 @@ protected:
 
 private:
     bool isDelayed;
-    std::mt19937 random;
+    Twister random;
 };
 
 // Every tick of every word, and the rests after them, by parts.

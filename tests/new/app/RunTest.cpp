@@ -56,7 +56,12 @@ TEST(RunTest, ATickRunsWhenOneIsDueAndAFrameAlways) {
         {0, {{0, false}, {15, false}, {16, true}, {16, false}, {31, false}, {32, true}}},
         {1000, {{1040, true}, {1041, false}, {1055, false}, {1056, true}, {9000, true}}},
         // The clock wraps: until it has, every pass after the sum's wrap is due.
-        {0xFFFFFFE0U, {{0xFFFFFFEFU, false}, {0xFFFFFFF0U, true}, {0xFFFFFFFFU, true}, {14, false}, {15, true}}}};
+        {0xFFFFFFE0U,
+         {{0xFFFFFFEFU, false},
+          {0xFFFFFFF0U, true},
+          {0xFFFFFFFFU, true},
+          {14, false},
+          {15, true}}}};
     for (const Script& script : scripts) {
         const Game game;
         std::string events;
@@ -147,10 +152,13 @@ TEST(RunTest, AFailedStartPrintsOneLineAndTearsNothingDown) {
 }
 
 TEST(RunTest, RunsWhateverTheSettings) {
-    const GameSettings cases[] = {
-        {0, 0, {0, 0}, "0"},          {-5, -7, {-1, -1}, "0.01"},     {kLow, kLow, {12, 12}, "1"},
-        {641, 479, {kLow, kLow}, "10"}, {320, 240, {kHigh, kHigh}, "1e-30"},
-        {320, 240, {kLow, kHigh}, "inf"}, {320, 240, {-13, kLow + 1}, "nan"}};
+    const GameSettings cases[] = {{0, 0, {0, 0}, "0"},
+                                  {-5, -7, {-1, -1}, "0.01"},
+                                  {kLow, kLow, {12, 12}, "1"},
+                                  {641, 479, {kLow, kLow}, "10"},
+                                  {320, 240, {kHigh, kHigh}, "1e-30"},
+                                  {320, 240, {kLow, kHigh}, "inf"},
+                                  {320, 240, {-13, kLow + 1}, "nan"}};
     for (const GameSettings& settings : cases) {
         SCOPED_TRACE(ConfigurationText(settings));
         Game game(settings);
@@ -184,7 +192,9 @@ TEST(RunTest, ShutsDownInOrder) {
         });
         pool.AddTask([&ran, token = OnDestroy([&dropped] { dropped.Raise(); })] { ran = true; });
         AddProbe(2).onDestroy = [&] { seenByEntity = Managers(); };
-        const auto note = [&] { seenByCallback = SDL_WasInit(SDL_INIT_VIDEO) != 0 ? Managers() : ""; };
+        const auto note = [&] {
+            seenByCallback = SDL_WasInit(SDL_INIT_VIDEO) != 0 ? Managers() : "";
+        };
         game.World().QueueCallback([&ran, token = OnDestroy(note)] { ran = true; });
         EXPECT_TRUE(running.Wait());
         ShutDown();

@@ -21,7 +21,8 @@ static_assert(WrapMul(65536, 65536) == 0 && WrapMul(kLow, -1) == kLow);
 static_assert(SaturatingAdd(kHigh, 1) == kHigh && SaturatingAdd(kLow, kLow) == kLow);
 static_assert(SaturatingAdd(kLow, kHigh) == -1 && SaturatingSub(0, kLow) == kHigh);
 static_assert(SaturatingSub(kLow, 1) == kLow && Saturate(-5) == -5);
-static_assert(Saturate(std::int64_t{kLow} - 1) == kLow && Saturate(std::int64_t{kHigh} + 1) == kHigh);
+static_assert(Saturate(std::int64_t{kLow} - 1) == kLow &&
+              Saturate(std::int64_t{kHigh} + 1) == kHigh);
 static_assert(Truncate(0.99f) == 0 && Truncate(-1.99f) == -1 && Truncate(kNan) == 0);
 static_assert(Truncate(2147483520.0f) == 2147483520 && Truncate(2147483648.0f) == kHigh);
 static_assert(Truncate(kInfinite) == kHigh && Truncate(-kInfinite) == kLow);

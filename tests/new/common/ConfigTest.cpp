@@ -18,7 +18,8 @@ constexpr float kLargest = std::numeric_limits<float>::max();
 std::string Settings(const std::string& path) {
     CMN_ConfigurationManager c;
     c.Load(TemporaryFile("[graphics]\nwidth = 7\nheight = 7\n[resource]\nmode = release\n[world]\n"
-                         "start_pos_x = 7\nstart_pos_y = 7\nstart_zoom = 7\n").path);
+                         "start_pos_x = 7\nstart_pos_y = 7\nstart_zoom = 7\n")
+               .path);
     EXPECT_TRUE(c.Load(path));
     std::ostringstream text;
     text << c.resourceMode << ' ' << c.width << ' ' << c.height << ' ' << c.startPosX << ' '
@@ -52,8 +53,13 @@ TEST(ConfigTest, ReadsValuesByTheLibrarysRules) {
         const char* line;
         std::int32_t expected;
     };
-    for (const Mode& c : {Mode{"mode = dev", 1}, {"mode = DEV", 1}, {"mode=  dEv  ", 1},
-                          {"mode =", 0}, {"mode = devel", 0}, {"mode = de", 0}, {"mode = 1", 0}}) {
+    for (const Mode& c : {Mode{"mode = dev", 1},
+                          {"mode = DEV", 1},
+                          {"mode=  dEv  ", 1},
+                          {"mode =", 0},
+                          {"mode = devel", 0},
+                          {"mode = de", 0},
+                          {"mode = 1", 0}}) {
         CMN_ConfigurationManager config;
         config.Load(TemporaryFile("[resource]\n" + std::string(c.line)).path);
         EXPECT_EQ(config.resourceMode, c.expected) << c.line;
@@ -80,8 +86,9 @@ TEST(ConfigTest, ReadsValuesByTheLibrarysRules) {
     for (const Number& c : numbers) {
         CMN_ConfigurationManager config;
         config.Load(TemporaryFile("[graphics]\nwidth = " + c.text + "\nheight = " + c.text +
-                                  "\n[world]\nstart_pos_x = " + c.text + "\nstart_pos_y = " +
-                                  c.text + "\nstart_zoom = " + c.text).path);
+                                  "\n[world]\nstart_pos_x = " + c.text +
+                                  "\nstart_pos_y = " + c.text + "\nstart_zoom = " + c.text)
+                        .path);
         for (const std::int32_t value :
              {config.width, config.height, config.startPosX, config.startPosY}) {
             EXPECT_EQ(value, c.integer) << c.text;

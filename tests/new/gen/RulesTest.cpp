@@ -100,9 +100,9 @@ TEST(RulesTest, PaintingStaysWithinTheTilesAndRoomsCoverCorridors) {
     const auto hallway = [](Vec2i from, Vec2i to) {
         return DungeonRoom{0, 0, to.x - from.x, to.y - from.y, {}, from, to, {}};
     };
-    record->hallways = {hallway({10, 10}, {9, 13}),       hallway({50, 60}, {53, 40}),
-                        hallway({-900, 100}, {3, 101}),   hallway({509, 200}, {4000, 201}),
-                        hallway({300, -40}, {301, 2}),    hallway({300, 511}, {301, 70000}),
+    record->hallways = {hallway({10, 10}, {9, 13}),     hallway({50, 60}, {53, 40}),
+                        hallway({-900, 100}, {3, 101}), hallway({509, 200}, {4000, 201}),
+                        hallway({300, -40}, {301, 2}),  hallway({300, 511}, {301, 70000}),
                         hallway({400, 400}, {403, 410})}; // the last runs into a room
     record->rooms = {MakeRoom(399, 415, 10, 10), MakeRoom(400, 404, 9, 3)};
     record->mainRooms = {0};

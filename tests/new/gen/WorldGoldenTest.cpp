@@ -20,9 +20,10 @@ TEST(WorldGoldenTest, MakesTheRecordedWorld) {
         std::size_t neighborCount = 0;
         std::uint64_t expected = 0;
         if (words >> kind >> place.x >> place.y >> neighborCount >> std::hex >> expected) {
-            const std::uint64_t digest = kind == "cluster"     ? ClusterDigest(place)
-                                         : kind == "neighbors" ? NeighborDigest(place)
-                                                               : DungeonDigest(place, neighborCount);
+            const std::uint64_t digest = kind == "cluster" ? ClusterDigest(place)
+                                         : kind == "neighbors"
+                                             ? NeighborDigest(place)
+                                             : DungeonDigest(place, neighborCount);
             EXPECT_EQ(digest, expected) << line;
             ++records;
         }

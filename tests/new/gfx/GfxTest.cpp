@@ -46,7 +46,8 @@ TEST(GfxTest, TheCameraLiesAtTheWindowsCentreAndTheWorldsYPointsUp) {
                           // What is far to one side stays there.
                           {{1 << 30, 1 << 30}, 8.0f, {kHigh, 479 - kHigh}},
                           {{-(1 << 30), -(1 << 30)}, 8.0f, {kLow + 320, kHigh}}}) {
-        EXPECT_EQ(Graphics().WorldToScreen(Vec2i{100, 700} + c.offset, {100, 700}, c.zoom), c.expected)
+        EXPECT_EQ(Graphics().WorldToScreen(Vec2i{100, 700} + c.offset, {100, 700}, c.zoom),
+                  c.expected)
             << c.offset.x << " " << c.zoom;
     }
     EXPECT_EQ(Graphics().WorldToScreen({kLow, kLow}, {kHigh, kHigh}, 1.0f), (Vec2i{321, 239}));
@@ -93,20 +94,23 @@ TEST(GfxTest, WhatLiesFarOutsideIsCutOrLeftOut) {
         bool shows;
         Vec2i point; // of the window, on the line
     };
-    for (const Case& c : {Case{{100, 50}, {100, kLow}, true, {100, 0}},
-                          {{kLow, 7}, {kHigh, 7}, true, {320, 7}},
-                          {{kHigh, kHigh}, {kLow, kLow}, true, {5, 5}},
-                          {{320 - 3000000, 240 - 1000000}, {320 + 3000000, 240 + 1000000}, true, {320, 240}},
-                          {{-100000, 0}, {-100000, 479}, false, {}},
-                          {{0, 900000}, {900000, 0}, false, {}},
-                          {{kLow, 100}, {-20000, 100}, false, {}},
-                          {{kLow, kLow}, {kHigh, kLow}, false, {}}}) {
+    for (const Case& c :
+         {Case{{100, 50}, {100, kLow}, true, {100, 0}},
+          {{kLow, 7}, {kHigh, 7}, true, {320, 7}},
+          {{kHigh, kHigh}, {kLow, kLow}, true, {5, 5}},
+          {{320 - 3000000, 240 - 1000000}, {320 + 3000000, 240 + 1000000}, true, {320, 240}},
+          {{-100000, 0}, {-100000, 479}, false, {}},
+          {{0, 900000}, {900000, 0}, false, {}},
+          {{kLow, 100}, {-20000, 100}, false, {}},
+          {{kLow, kLow}, {kHigh, kLow}, false, {}}}) {
         SCOPED_TRACE(testing::Message() << c.from.x << "," << c.from.y);
         Vec2i from = c.from;
         Vec2i to = c.to;
         EXPECT_EQ(ClipLine(from, to, {640, 480}), c.shows);
         if (c.shows) { // short enough for SDL, and through the same point
-            EXPECT_LT(std::max({std::abs(from.x), std::abs(from.y), std::abs(to.x), std::abs(to.y)}), 20000);
+            EXPECT_LT(
+                std::max({std::abs(from.x), std::abs(from.y), std::abs(to.x), std::abs(to.y)}),
+                20000);
             const Vec2i a = to - from;
             const Vec2i b = c.point - from;
             const double off = double(a.x) * b.y - double(a.y) * b.x;
@@ -117,16 +121,17 @@ TEST(GfxTest, WhatLiesFarOutsideIsCutOrLeftOut) {
     Vec2i to{17024, 16864};
     EXPECT_TRUE(ClipLine(from, to, {640, 480}) && from.x == -16384 && to.y == 16864) << "near";
     const Game game;
-    EXPECT_EQ(Drawn([] {
-                  Graphics().FillRect({0, kLow, kHigh, 0, kHigh, kHigh}, kRed);
-                  Graphics().FillRect({0, 639, 1, 0, 9, 9}, kRed);
-                  Graphics().FillRect({0, 640, 9, 0, 9, 9}, kRed);
-                  Graphics().DrawRect({0, kHigh, kHigh, 0, kHigh, kHigh}, kRed);
-                  Graphics().DrawTextureCentered(Graphics().GetTexture("compass.png"), {kLow, kHigh});
-                  Graphics().DrawSprite(Graphics().CreateSprite("ships.png", 0, 0, 32, 32), {kHigh, 0},
-                                        {0, 0}, 10.0f);
-              }),
-              "1 fill 639,479,9,9 in 255,0,0,255\n");
+    EXPECT_EQ(
+        Drawn([] {
+            Graphics().FillRect({0, kLow, kHigh, 0, kHigh, kHigh}, kRed);
+            Graphics().FillRect({0, 639, 1, 0, 9, 9}, kRed);
+            Graphics().FillRect({0, 640, 9, 0, 9, 9}, kRed);
+            Graphics().DrawRect({0, kHigh, kHigh, 0, kHigh, kHigh}, kRed);
+            Graphics().DrawTextureCentered(Graphics().GetTexture("compass.png"), {kLow, kHigh});
+            Graphics().DrawSprite(Graphics().CreateSprite("ships.png", 0, 0, 32, 32), {kHigh, 0},
+                                  {0, 0}, 10.0f);
+        }),
+        "1 fill 639,479,9,9 in 255,0,0,255\n");
 }
 
 TEST(GfxTest, ImagesAreLoadedOnceByTheMainThreadAndMissingOnesReportedEachTime) {

@@ -1,4 +1,5 @@
-// What the scenes leave of the input: releases at the ends of their time, other keys, a real joystick.
+// What the scenes leave of the input: releases at the ends of their time, other keys, a real
+// joystick.
 #include "input/CMN_InputManager.h"
 
 #include "app/CMN_TimeManager.h"

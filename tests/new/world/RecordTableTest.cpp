@@ -111,7 +111,8 @@ TEST(RecordTableTest, ManyThreadsShareEachRecordWhichIsMadeOnceAndNeverSeenHalfM
 TEST(StoreTest, ListsWhatIsInUseAndSharesRecordsById) {
     Game game;
     ASM_AssetManager& store = *ASM_AssetManager::GetInstance();
-    EXPECT_EQ(store.AcquireCluster(ClusterKey({-1, 1})), store.AcquireCluster(ClusterKey({65534, 0})));
+    EXPECT_EQ(store.AcquireCluster(ClusterKey({-1, 1})),
+              store.AcquireCluster(ClusterKey({65534, 0})));
     store.AcquireDungeon(CellKey({1, 2}), 0);
     store.AcquireDungeon(CellKey({1, 2}), 0);
     store.AcquireDungeon(CellKey({1, 1}), 0);
@@ -121,7 +122,8 @@ TEST(StoreTest, ListsWhatIsInUseAndSharesRecordsById) {
     const std::string white = "\" in 255,255,255,255\n2 copy text -> 300,";
     EXPECT_NE(game.Frame().find("2 text \"Dungeon 1048561 (1, 1) : 1" + white +
                                 "0\n2 text \"Dungeon 2097121 (1, 2) : 2" + white +
-                                "15\n2 text \"Cluster 65534 (65534, 0) : 2" + white + "30\n2 present"),
+                                "15\n2 text \"Cluster 65534 (65534, 0) : 2" + white +
+                                "30\n2 present"),
               std::string::npos)
         << game.Frame();
 }

@@ -14,8 +14,8 @@
 
 namespace {
 
-// Between land, sea, negative edges and cluster corners, so that the same cells come and go in quick
-// succession, while everything is drawn that reads records.
+// Between land, sea, negative edges and cluster corners, so that the same cells come and go in
+// quick succession, while everything is drawn that reads records.
 class Storm {
 public:
     Storm(Game& target, unsigned seed) : game(target), random(seed) {}

@@ -33,7 +33,8 @@ TEST(WorldTest, StartsWithItsFixedEntitiesInOrder) {
     ASSERT_EQ(world.entities.size(), 14U);
     std::vector<std::vector<IEntity*>> layers(7);
     for (std::size_t i = 0; i < 14; ++i) {
-        layers[std::array{0, 0, 0, 0, 0, 0, 0, 0, 0, 3, 3, 5, 6, 4}[i]].push_back(world.entities[i].get());
+        layers[std::array{0, 0, 0, 0, 0, 0, 0, 0, 0, 3, 3, 5, 6, 4}[i]].push_back(
+            world.entities[i].get());
         EXPECT_EQ(world.entities[i]->active, i == 10 || i == 13) << i;
     }
     for (std::size_t layer = 0; layer < layers.size(); ++layer) {
@@ -145,7 +146,8 @@ TEST(StreamingTest, OnlyCellsThatComeIntoReachAreAskedFor) {
     EXPECT_EQ(cells(), "8,2 8,3 8,4 6,2 6,3 6,4 7,2 7,3 7,4 ");
     const auto before = game.World().cellGrid.GetClusters();
     GoTo(game, {16, 3});
-    EXPECT_EQ(game.World().cellGrid.GetClusters()[3], before[4]) << "still in use, so not made anew";
+    EXPECT_EQ(game.World().cellGrid.GetClusters()[3], before[4])
+        << "still in use, so not made anew";
     cells();
 }
 
@@ -165,7 +167,8 @@ TEST(StreamingTest, ARetargetedSlotHidesItsCellAtOnceAndDropsItsEntitiesAfterThe
         model.Follow();
         game.Tick(2);
         EXPECT_EQ(world.layers[kSpawnedLayer], spawned) << "deleted before the job has run";
-        EXPECT_TRUE(std::ranges::none_of(spawned, [](IEntity* entity) { return entity->active.load(); }));
+        EXPECT_TRUE(
+            std::ranges::none_of(spawned, [](IEntity* entity) { return entity->active.load(); }));
         for (std::size_t i = 0; i < 9; ++i) {
             EXPECT_FALSE(world.cellGrid.GetEntity(i)->active);
         }
