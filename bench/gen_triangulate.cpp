@@ -30,12 +30,13 @@ protected:
     int_type overflow(int_type c) override { return traits_type::not_eof(c); }
 };
 
+using PointSets = std::vector<std::vector<DelaunayPoint>>;
+
 // Distinct lattice points, as dense as the land cells of a 3 x 3 block of clusters.
-std::vector<DelaunayPoint> LatticePoints(std::int64_t count) {
+std::vector<DelaunayPoint> LatticePoints(std::int64_t count, std::mt19937& rng) {
     constexpr double cellsPerPoint = 2304.0 / 137.0;
     const auto side = static_cast<std::int32_t>(
         std::lround(std::sqrt(static_cast<double>(count) * cellsPerPoint)));
-    std::mt19937 rng(static_cast<std::uint32_t>(count));
     std::set<std::pair<std::int32_t, std::int32_t>> taken;
     std::vector<DelaunayPoint> points;
     while (static_cast<std::int64_t>(points.size()) < count) {
@@ -52,10 +53,23 @@ std::vector<DelaunayPoint> LatticePoints(std::int64_t count) {
     return points;
 }
 
+// Several sets, which a benchmark takes in turn: the same one again and again would train the
+// processor's branch prediction.
+PointSets LatticeSets(std::int64_t count) {
+    const int sets = count <= 1000 ? 64 : (count <= 10000 ? 8 : 2);
+    std::mt19937 rng(static_cast<std::uint32_t>(count));
+    PointSets result;
+    for (int i = 0; i < sets; ++i) {
+        result.push_back(LatticePoints(count, rng));
+    }
+    return result;
+}
+
 void BM_Triangulate(benchmark::State& state) {
-    const std::vector<DelaunayPoint> input = LatticePoints(state.range(0));
+    const PointSets sets = LatticeSets(state.range(0));
+    std::size_t turn = 0;
     for (auto _ : state) {
-        std::vector<DelaunayPoint> points = input;
+        std::vector<DelaunayPoint> points = sets[turn++ % sets.size()];
         std::vector<DelaunayTriangle> triangles;
         benchmark::DoNotOptimize(Triangulate(points, triangles));
         benchmark::DoNotOptimize(triangles.data());
@@ -65,19 +79,24 @@ void BM_Triangulate(benchmark::State& state) {
 #ifdef VESK_HAVE_CGAL
 void BM_CgalDelaunay(benchmark::State& state) {
     using Kernel = CGAL::Exact_predicates_inexact_constructions_kernel;
-    std::vector<Kernel::Point_2> input;
-    for (const DelaunayPoint& point : LatticePoints(state.range(0))) {
-        input.emplace_back(point.x, point.y);
+    std::vector<std::vector<Kernel::Point_2>> sets;
+    for (const std::vector<DelaunayPoint>& points : LatticeSets(state.range(0))) {
+        sets.emplace_back();
+        for (const DelaunayPoint& point : points) {
+            sets.back().emplace_back(point.x, point.y);
+        }
     }
+    std::size_t turn = 0;
     for (auto _ : state) {
+        const std::vector<Kernel::Point_2>& input = sets[turn++ % sets.size()];
         CGAL::Delaunay_triangulation_2<Kernel> triangulation(input.begin(), input.end());
         benchmark::DoNotOptimize(triangulation.number_of_faces());
     }
 }
-BENCHMARK(BM_CgalDelaunay)->Arg(137)->Arg(1000)->Arg(10000)->Arg(100000);
+BENCHMARK(BM_CgalDelaunay)->Arg(137)->Arg(1000)->Arg(10000)->Arg(100000)->Arg(1000000);
 #endif
 
-BENCHMARK(BM_Triangulate)->Arg(137)->Arg(1000)->Arg(10000)->Arg(100000);
+BENCHMARK(BM_Triangulate)->Arg(137)->Arg(1000)->Arg(10000)->Arg(100000)->Arg(1000000);
 
 } // namespace
 

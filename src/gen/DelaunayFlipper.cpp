@@ -1,29 +1,39 @@
 #include "gen/DelaunayFlipper.h"
 
-#include <array>
-#include <optional>
+#include <cassert>
+#include <cmath>
+#include <cstddef>
 #include <string>
+#include <vector>
 
-#include "gen/DelaunayQuickFlips.h"
 #include "gen/ErrorLine.h"
-#include "gen/SwapTest.h"
 
 namespace {
 
-constexpr int kFirstRepetitions = 49;
-constexpr int kHullRepetitions = 100;
+// Two triangles share the edge p-q, and o and d are their other corners. Returns -1 when the edge
+// is to be flipped, else 1: it is when the angles at o and d add up to more than 180 degrees, that
+// is when the sine of their sum is negative; two angles on the same side of 90 degrees need no sum.
+// Comes out the same with o and d, or p and q, the other way round. Written without branches, which
+// would be mispredicted often.
+int SwapTest(Vec2f o, Vec2f p, Vec2f q, Vec2f d) {
+    // Cosines and sines are multiplied by the lengths of the angle's legs, here and below.
+    const Vec2f oToP = p - o;
+    const Vec2f oToQ = q - o;
+    const Vec2f dToP = p - d;
+    const Vec2f dToQ = q - d;
+    const float cosO = oToQ.y * oToP.y + oToQ.x * oToP.x;
+    const float cosD = dToQ.y * dToP.y + dToQ.x * dToP.x;
+    const float sinO = std::fabs(oToQ.y * oToP.x - oToQ.x * oToP.y);
+    const float sinD = std::fabs(dToQ.y * dToP.x - dToQ.x * dToP.y);
+    const bool bothObtuse = (cosO < 0.0f) & (cosD < 0.0f);
+    const bool bothAcute = (cosO > 0.0f) & (cosD > 0.0f);
+    const bool sumBeyond180 = sinD * cosO + sinO * cosD < 0.0f;
+    return bothObtuse | (sumBeyond180 & !bothAcute) ? -1 : 1;
+}
 
-// The order in which sides are tried, and that in which the way back is looked for.
-constexpr std::array kTriedSides = {kSideBC, kSideAB, kSideAC};
-constexpr std::array kSoughtSides = {kSideAB, kSideAC, kSideBC};
-
-// The neighbour is named where a pass over a list breaks at a triangle's first edge.
-void ReportBroken(std::int32_t t, std::int32_t namedNeighbor) {
-    std::string line = "triangle flipping error. " + std::to_string(t);
-    if (namedNeighbor >= 0) {
-        line += "  T2: " + std::to_string(namedNeighbor);
-    }
-    WriteErrorLine(line);
+// The first side, of a-b, a-c and b-c, that leads to a triangle; b-c when none does.
+std::size_t SideLeadingTo(const MeshTriangle& triangle, std::int32_t t) {
+    return triangle.Across(kAB) == t ? kAB : (triangle.Across(kAC) == t ? kAC : kBC);
 }
 
 std::int32_t GiveUp(std::int32_t result) {
@@ -31,168 +41,180 @@ std::int32_t GiveUp(std::int32_t result) {
     return result;
 }
 
-} // namespace
+// `mutual`: a twin is the way back from a neighbour, and an edge that a test has settled is left
+// out until one of its triangles is rewritten, for the test would come out the same. Otherwise the
+// way back is looked for, and there may be none. A flip keeps twins mutual, and the check for
+// stability keeps two triangles from sharing a second edge; the hull pass makes no such check, so
+// from there on nothing is taken for granted. Passes return false at adjacency that does not lead
+// back.
+class DelaunayFlipper {
+public:
+    explicit DelaunayFlipper(DelaunayMesh& meshToFlip)
+        : mesh(meshToFlip), triangles(meshToFlip.triangles),
+          pendingLimit(65536 + 4 * triangles.size()) {}
 
-DelaunayFlipper::DelaunayFlipper(DelaunayMesh& theMesh) : mesh(theMesh) {}
-
-std::int32_t DelaunayFlipper::Run() {
-    if (mesh.idsDiffer) {
-        DelaunayQuickFlips(mesh).Run(kFirstRepetitions);
-    } else {
-        if (!FlipAllTriangles()) {
+    template <bool mutual>
+    std::int32_t Run() {
+        if (!FlipAllTriangles<mutual>()) {
             return GiveUp(-3);
         }
-        if (!RepeatListed(kFirstRepetitions)) {
+        if (!RepeatListed<mutual>(49)) {
             return GiveUp(-4);
         }
+        assert(!mutual || mesh.IsSound());
+        flipped.clear();
+        if (!FlipHullTriangles()) {
+            return 1;
+        }
+        return RepeatListed<false>(100) ? 1 : GiveUp(-4);
     }
-    if (!FlipHullTriangles()) {
-        return 1;
-    }
-    return RepeatListed(kHullRepetitions) ? 1 : GiveUp(-4);
-}
 
-// Looks again at what the last pass rewrote, until nothing is or it has been done often enough.
-bool DelaunayFlipper::RepeatListed(int repetitions) {
-    const std::size_t limit = PendingLimit(mesh.triangles.size());
-    for (int i = 0; i < repetitions && !flipped.empty() && flipped.size() <= limit; ++i) {
-        if (!FlipListedTriangles()) {
-            return false;
+private:
+    enum class Pass { All, Listed, Hull };
+    enum class Visit { Unchanged, Flipped, Broken };
+
+    template <bool mutual>
+    bool FlipAllTriangles() {
+        return VisitAll<Pass::All, mutual>();
+    }
+
+    bool FlipHullTriangles() { return VisitAll<Pass::Hull, false>(); }
+
+    template <Pass pass, bool mutual>
+    bool VisitAll() {
+        const auto count = static_cast<std::int32_t>(triangles.size());
+        for (std::int32_t t = 0; t < count; ++t) {
+            if (!VisitTriangle<pass, mutual>(t)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    template <bool mutual>
+    bool FlipListedTriangles() {
+        pending.swap(flipped);
+        flipped.clear();
+        for (const std::int32_t t : pending) {
+            if (!VisitTriangle<Pass::Listed, mutual>(t)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    // Looks again at what the last pass rewrote, until nothing is or it has been done often enough.
+    template <bool mutual>
+    bool RepeatListed(int repetitions) {
+        for (int i = 0; i < repetitions && !flipped.empty() && flipped.size() <= pendingLimit;
+             ++i) {
+            if (!FlipListedTriangles<mutual>()) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    // Tries the triangle's edges; at most one is flipped.
+    template <Pass pass, bool mutual>
+    bool VisitTriangle(std::int32_t t) {
+        Visit visit = TryEdge<pass, mutual, kBC>(t);
+        if (visit == Visit::Unchanged) {
+            visit = TryEdge<pass, mutual, kAB>(t);
+        }
+        if (visit == Visit::Unchanged) {
+            visit = TryEdge<pass, mutual, kAC>(t);
+        }
+        return visit != Visit::Broken;
+    }
+
+    // The edge p-q has triangle t with the corner o on one side and t2 with the corner d on the
+    // other. A flip makes them (o, p, d) and (o, q, d).
+    template <Pass pass, bool mutual, std::size_t side>
+    Visit TryEdge(std::int32_t t) {
+        MeshTriangle& triangle = triangles[At(t)];
+        const HalfEdge twin = triangle.twin[side];
+        const HalfEdge acrossOP = triangle.twin[SecondEnd(side)];
+        const HalfEdge acrossOQ = triangle.twin[FirstEnd(side)];
+        if (twin < 0 || (mutual && (twin & kSettled) != 0) ||
+            (pass == Pass::Hull && acrossOP >= 0 && acrossOQ >= 0)) {
+            return Visit::Unchanged;
+        }
+        const std::int32_t t2 = TriangleOf(twin);
+        MeshTriangle& other = triangles[At(t2)];
+        const std::size_t back = mutual ? SideOf(twin) : SideLeadingTo(other, t);
+        if (!mutual && other.Across(back) != t) {
+            const bool namesNeighbor = pass == Pass::Listed && side == kBC;
+            WriteErrorLine("triangle flipping error. " + std::to_string(t) +
+                           (namesNeighbor ? "  T2: " + std::to_string(t2) : ""));
+            return Visit::Broken;
+        }
+        const std::int32_t o = triangle.corner[side];
+        const std::int32_t p = triangle.corner[FirstEnd(side)];
+        const std::int32_t q = triangle.corner[SecondEnd(side)];
+        const std::int32_t d = other.corner[back];
+        if (SwapTest(Place(o), Place(p), Place(q), Place(d)) == 1) {
+            triangle.twin[side] |= kSettled;
+            other.twin[back] |= kSettled;
+            return Visit::Unchanged;
+        }
+        const bool startsAtP = p == other.corner[FirstEnd(back)];
+        const HalfEdge acrossPD = other.twin[startsAtP ? SecondEnd(back) : FirstEnd(back)];
+        const HalfEdge acrossQD = other.twin[startsAtP ? FirstEnd(back) : SecondEnd(back)];
+        const bool stable = TriangleOf(acrossOP) != TriangleOf(acrossPD) &&
+                            TriangleOf(acrossOQ) != TriangleOf(acrossQD);
+        if (pass != Pass::Hull && !stable) {
+            return Visit::Unchanged;
+        }
+        flipped.push_back(t);
+        flipped.push_back(t2);
+        triangle = {{o, p, d}, {Unsettled(acrossPD), MakeHalfEdge(t2, kAC), Unsettled(acrossOP)}};
+        other = {{o, q, d}, {Unsettled(acrossQD), MakeHalfEdge(t, kAC), Unsettled(acrossOQ)}};
+        if (mutual) {
+            SetTwin(acrossOP, MakeHalfEdge(t, kAB));
+            SetTwin(acrossPD, MakeHalfEdge(t, kBC));
+            SetTwin(acrossOQ, MakeHalfEdge(t2, kAB));
+            SetTwin(acrossQD, MakeHalfEdge(t2, kBC));
+        } else {
+            Relink(TriangleOf(acrossPD), t2, t);
+            Relink(TriangleOf(acrossOQ), t, t2);
+        }
+        return Visit::Flipped;
+    }
+
+    Vec2f Place(std::int32_t position) const { return mesh.places[At(position)]; }
+
+    // What lies across a rewritten side leads back to it, and is not settled any more.
+    void SetTwin(HalfEdge edge, HalfEdge twin) {
+        if (edge >= 0) {
+            triangles[At(TriangleOf(edge))].twin[SideOf(edge)] = twin;
         }
     }
-    return true;
-}
 
-bool DelaunayFlipper::FlipAllTriangles() {
-    flipped.clear();
-    const auto count = static_cast<std::int32_t>(mesh.triangles.size());
-    for (std::int32_t t = 0; t < count; ++t) {
-        if (VisitTriangle(Pass::All, t) == Visit::Broken) {
-            return false;
-        }
-    }
-    return true;
-}
-
-bool DelaunayFlipper::FlipHullTriangles() {
-    flipped.clear();
-    const auto count = static_cast<std::int32_t>(mesh.triangles.size());
-    for (std::int32_t t = 0; t < count; ++t) {
-        if (TouchesHull(t) && VisitTriangle(Pass::Hull, t) == Visit::Broken) {
-            return false;
-        }
-    }
-    return true;
-}
-
-bool DelaunayFlipper::FlipListedTriangles() {
-    pending.swap(flipped);
-    flipped.clear();
-    for (const std::int32_t t : pending) {
-        if (VisitTriangle(Pass::Listed, t) == Visit::Broken) {
-            return false;
-        }
-    }
-    return true;
-}
-
-// Tries the triangle's edges; at most one is flipped.
-DelaunayFlipper::Visit DelaunayFlipper::VisitTriangle(Pass pass, std::int32_t t) {
-    for (const Side side : kTriedSides) {
-        const Visit visit = TryEdge(pass, t, side);
-        if (visit != Visit::Unchanged) {
-            return visit;
-        }
-    }
-    return Visit::Unchanged;
-}
-
-DelaunayFlipper::Visit DelaunayFlipper::TryEdge(Pass pass, std::int32_t t, std::size_t side) {
-    const MeshTriangle& triangle = mesh.triangles[static_cast<std::size_t>(t)];
-    Figure figure{};
-    figure.t = t;
-    figure.t2 = Across(t, side);
-    // A side has the index of the corner opposite, so the side o-p has that of q.
-    figure.acrossOP = Across(t, SecondEnd(side));
-    figure.acrossOQ = Across(t, FirstEnd(side));
-    const bool besideHull = figure.acrossOP == -1 || figure.acrossOQ == -1;
-    if (figure.t2 < 0 || (pass == Pass::Hull && !besideHull)) {
-        return Visit::Unchanged;
-    }
-    figure.o = triangle.corner[side];
-    figure.p = triangle.corner[FirstEnd(side)];
-    figure.q = triangle.corner[SecondEnd(side)];
-    const std::optional<Side> back = SideLeadingTo(figure.t2, t);
-    if (!back) {
-        ReportBroken(t, pass == Pass::Listed && side == kSideBC ? figure.t2 : -1);
-        return Visit::Broken;
-    }
-    LookAcross(*back, figure);
-    const bool stable = figure.acrossOP != figure.acrossPD && figure.acrossOQ != figure.acrossQD;
-    if ((!stable && pass != Pass::Hull) ||
-        SwapTest(Place(figure.o), Place(figure.p), Place(figure.q), Place(figure.d)) == 1) {
-        return Visit::Unchanged;
-    }
-    Flip(figure);
-    return Visit::Flipped;
-}
-
-std::optional<Side> DelaunayFlipper::SideLeadingTo(std::int32_t from, std::int32_t to) const {
-    for (const Side side : kSoughtSides) {
-        if (Across(from, side) == to) {
-            return side;
-        }
-    }
-    return std::nullopt;
-}
-
-// Fills in what lies beyond the figure's edge, whose side in t2 is `back`.
-void DelaunayFlipper::LookAcross(Side back, Figure& figure) const {
-    const MeshTriangle& other = mesh.triangles[static_cast<std::size_t>(figure.t2)];
-    const bool startsAtP = figure.p == other.corner[FirstEnd(back)];
-    const std::size_t cornerP = startsAtP ? FirstEnd(back) : SecondEnd(back);
-    const std::size_t cornerQ = startsAtP ? SecondEnd(back) : FirstEnd(back);
-    figure.d = other.corner[back];
-    figure.acrossPD = Across(figure.t2, cornerQ);
-    figure.acrossQD = Across(figure.t2, cornerP);
-}
-
-bool DelaunayFlipper::TouchesHull(std::int32_t t) const {
-    const auto& [bc, ac, ab] = mesh.triangles[static_cast<std::size_t>(t)].links;
-    return (bc | ac | ab) < 0;
-}
-
-std::int32_t DelaunayFlipper::Across(std::int32_t t, std::size_t side) const {
-    return LinkedTriangle(mesh.triangles[static_cast<std::size_t>(t)].links[side]);
-}
-
-Vec2f DelaunayFlipper::Place(std::int32_t vertex) const {
-    return mesh.vertices[static_cast<std::size_t>(vertex)];
-}
-
-// Triangle t becomes (o, p, d) and t2 becomes (o, q, d). The sides that links name are not used
-// any more, so they are not kept.
-void DelaunayFlipper::Flip(const Figure& figure) {
-    const auto& [t, t2, o, p, q, d, acrossOP, acrossOQ, acrossPD, acrossQD] = figure;
-    flipped.push_back(t);
-    flipped.push_back(t2);
-    mesh.triangles[static_cast<std::size_t>(t)] = {
-        {o, p, d}, {MakeLink(acrossPD, 0), MakeLink(t2, 0), MakeLink(acrossOP, 0)}};
-    mesh.triangles[static_cast<std::size_t>(t2)] = {
-        {o, q, d}, {MakeLink(acrossQD, 0), MakeLink(t, 0), MakeLink(acrossOQ, 0)}};
-    Relink(acrossPD, t2, t);
-    Relink(acrossOQ, t, t2);
-}
-
-// The first side, of a-b, b-c and a-c, that leads to `from` leads to `to` instead.
-void DelaunayFlipper::Relink(std::int32_t triangle, std::int32_t from, std::int32_t to) {
-    if (triangle < 0) {
-        return;
-    }
-    for (const Side side : {kSideAB, kSideBC, kSideAC}) {
-        if (Across(triangle, side) == from) {
-            mesh.triangles[static_cast<std::size_t>(triangle)].links[side] = MakeLink(to, 0);
+    // The first side, of a-b, b-c and a-c, that leads to `from` leads to `to` instead. The side by
+    // which it arrives is not read any more.
+    void Relink(std::int32_t t, std::int32_t from, std::int32_t to) {
+        if (t < 0) {
             return;
         }
+        for (const std::size_t side : {kAB, kBC, kAC}) {
+            if (triangles[At(t)].Across(side) == from) {
+                triangles[At(t)].twin[side] = MakeHalfEdge(to, 0);
+                return;
+            }
+        }
     }
+
+    const DelaunayMesh& mesh;
+    std::vector<MeshTriangle>& triangles;
+    std::size_t pendingLimit;          // of the list below, which rounding can double in every pass
+    std::vector<std::int32_t> pending; // what a listed pass looks at, in order, with repeats
+    std::vector<std::int32_t> flipped; // what the pass at hand rewrote
+};
+
+} // namespace
+
+std::int32_t FlipTriangles(DelaunayMesh& mesh) {
+    DelaunayFlipper flipper(mesh);
+    return mesh.idsDiffer ? flipper.Run<true>() : flipper.Run<false>();
 }

@@ -1,70 +1,91 @@
-// What the steps of the triangulation work on: vertices and triangles in a compact form.
+// The triangles that a triangulation works on, in a compact form. Plain data of one call of
+// `Triangulate`.
 //
-// A vertex is named by its position in the order of insertion, so that its coordinates are found
-// without a table. Plain data of one call of `Triangulate`.
+// A point is named by its position in the order of insertion, so that its coordinates are found
+// without a table. Where several points share an id, the last of them stands for all.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "gfx/Vec2.h"
 
-/// The sides of a triangle with the corners a, b and c. A side has the index of the corner that
-/// does not lie on it.
-enum Side : std::size_t { kSideBC = 0, kSideAC = 1, kSideAB = 2 };
+/// Indices are 32-bit integers, -1 for none; vectors count with std::size_t.
+constexpr std::size_t At(std::int32_t index) {
+    return static_cast<std::size_t>(index);
+}
 
-/// The ends of a side, as corners: the lower first.
+/// The sides of a triangle (a, b, c). A side has the index of the corner that does not lie on it.
+inline constexpr std::size_t kBC = 0;
+inline constexpr std::size_t kAC = 1;
+inline constexpr std::size_t kAB = 2;
+
+/// The ends of a side, as corners: the lower first. The side from a side's first end to its
+/// opposite corner is, by the same rule, `SecondEnd`; that from its second end, `FirstEnd`.
 constexpr std::size_t FirstEnd(std::size_t side) {
-    return side == kSideBC ? 1 : 0;
+    return side == kBC ? 1 : 0;
 }
 constexpr std::size_t SecondEnd(std::size_t side) {
-    return side == kSideAB ? 1 : 2;
+    return side == kAB ? 1 : 2;
 }
 
-/// What lies across a side, in one word. From the lowest bit: the side by which it is reached (two
-/// bits), whether the edge between is settled (one, see DelaunayQuickFlips.h), the triangle there.
-/// Negative where nothing lies across.
-using Link = std::int32_t;
+/// A side of a certain triangle, in one word; negative for none. From the lowest bit: the side
+/// (two bits), whether the edge is settled (one), the triangle.
+using HalfEdge = std::int32_t;
 
-inline constexpr Link kNoLink = -1;
-inline constexpr Link kSideBits = 3;
-inline constexpr Link kSettledBit = 4;
-inline constexpr int kTriangleShift = 3;
-inline constexpr std::int32_t kMostTriangles = 1 << 28; ///< that a link can tell apart
+inline constexpr HalfEdge kSettled = 4; ///< no flip is due while the edge's two triangles stay
+inline constexpr std::size_t kMaxPoints = std::size_t{1} << 27; ///< less than 2^28 triangles
 
-constexpr Link MakeLink(std::int32_t triangle, std::size_t side) {
-    return triangle * (1 << kTriangleShift) + static_cast<Link>(side);
+constexpr HalfEdge MakeHalfEdge(std::int32_t triangle, std::size_t side) {
+    return 8 * triangle + static_cast<HalfEdge>(side);
+}
+constexpr HalfEdge Unsettled(HalfEdge edge) {
+    return edge & ~kSettled;
+}
+constexpr std::int32_t TriangleOf(HalfEdge edge) {
+    return edge >> 3; // -1 for none
+}
+constexpr std::size_t SideOf(HalfEdge edge) {
+    return static_cast<std::size_t>(edge & 3);
 }
 
-/// -1 for no link, as in `DelaunayTriangle`.
-constexpr std::int32_t LinkedTriangle(Link link) {
-    return link >> kTriangleShift;
-}
+/// As small as can be: where there are many, flipping them takes as long as fetching them.
+struct MeshTriangle {
+    std::array<std::int32_t, 3> corner; ///< positions of a, b and c
+    std::array<HalfEdge, 3> twin;       ///< by side: the same edge as the triangle across has it
 
-constexpr std::size_t LinkedSide(Link link) {
-    return static_cast<std::size_t>(link & kSideBits);
-}
-
-/// How long the list of triangles to look at again may get; rounding can double it in every pass.
-constexpr std::size_t PendingLimit(std::size_t triangles) {
-    return 65536 + 4 * triangles;
-}
-
-/// Aligned so that no triangle straddles two cache lines.
-struct alignas(32) MeshTriangle {
-    std::array<std::int32_t, 3> corner{};                 ///< vertices a, b, c
-    std::array<Link, 3> links{kNoLink, kNoLink, kNoLink}; ///< by side
+    std::int32_t Across(std::size_t side) const { return TriangleOf(twin[side]); }
 };
 
 struct DelaunayMesh {
-    std::vector<Vec2f> vertices;
-    /// The vertex that stands for a vertex in triangles: itself, but for points that share an id,
-    /// where it is the last of them.
-    std::vector<std::int32_t> representatives;
-    /// Every vertex stands for itself. The links are mutual then, down to the sides; otherwise a
-    /// triangle may have one vertex at several corners, and links may lead astray.
-    bool idsDiffer = true;
+    std::vector<Vec2f> places;       ///< by position
+    std::vector<std::int32_t> names; ///< by position: the last position with the same id
     std::vector<MeshTriangle> triangles;
+    /// All ids differ, so a half-edge and its twin name each other. Otherwise a triangle may have
+    /// one point at several corners, and a twin may lead astray.
+    bool idsDiffer = true;
+
+    /// Whether every triangle has three corners, and every twin leads back and has the same ends.
+    bool IsSound() const {
+        const auto ends = [](const MeshTriangle& triangle, std::size_t side) {
+            return std::minmax({triangle.corner[FirstEnd(side)], triangle.corner[SecondEnd(side)]});
+        };
+        bool sound = true;
+        for (std::size_t t = 0; t < triangles.size(); ++t) {
+            for (const std::size_t side : {kBC, kAC, kAB}) {
+                const auto [p, q] = ends(triangles[t], side);
+                const HalfEdge twin = triangles[t].twin[side];
+                const MeshTriangle& other = triangles[twin < 0 ? t : At(TriangleOf(twin))];
+                const std::size_t back = SideOf(twin);
+                sound &= p != q;
+                sound &= twin < 0 ||
+                         (At(other.Across(back)) == t && ends(other, back) == std::pair(p, q));
+            }
+        }
+        return sound;
+    }
 };

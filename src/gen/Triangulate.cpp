@@ -2,17 +2,17 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cfloat>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <string>
-#include <utility>
+#include <unordered_map>
 
 #include "gen/DelaunayFlipper.h"
 #include "gen/DelaunayHull.h"
 #include "gen/DelaunayMesh.h"
-#include "gen/DelaunayOrder.h"
-#include "gen/DelaunaySeed.h"
 #include "gen/ErrorLine.h"
 
 #ifdef __FAST_MATH__
@@ -26,137 +26,222 @@ using Points = std::vector<DelaunayPoint>;
 using Triangles = std::vector<DelaunayTriangle>;
 
 constexpr std::size_t kSeedPoints = 3;
-// A triangulation has less than two triangles a point.
-constexpr std::size_t kMostPoints = static_cast<std::size_t>(kMostTriangles) / 2;
 
 bool IsUsable(const DelaunayPoint& point) {
     return point.id >= 0 && std::isfinite(point.x) && std::isfinite(point.y);
 }
 
+bool SamePlace(const DelaunayPoint& a, const DelaunayPoint& b) {
+    return a.x == b.x && a.y == b.y;
+}
+
 void MoveUnusableBehind(Points& points) {
-    const auto rest = std::stable_partition(points.begin(), points.end(), IsUsable);
-    std::for_each(rest, points.end(), [](DelaunayPoint& point) {
+    const auto unusable = std::stable_partition(points.begin(), points.end(), IsUsable);
+    std::for_each(unusable, points.end(), [](DelaunayPoint& point) {
         point.sortKey = std::numeric_limits<float>::infinity();
     });
 }
 
-// Puts the points in the order, from a given place of the list on.
-void ArrangeFrom(std::size_t firstPlace, const Points& source, DelaunayOrder& order,
-                 Points& points) {
-    order.SortAll();
-    for (std::size_t i = 0; i < order.Size(); ++i) {
-        DelaunayPoint& point = points[firstPlace + i];
-        point = source[order.Point(i)];
-        point.sortKey = order.Distance(i);
-    }
+// A point in a sort: its squared distance from a place, above its index among the points. A float
+// that is not negative orders as its bits do.
+using Entry = std::uint64_t;
+
+std::size_t PointOf(Entry entry) {
+    return entry & 0xffffffffu;
 }
 
-void ArrangeByDistanceFromFirst(DelaunayOrder& order, Points& points) {
-    order.SortAll(); // while the points are still those it was made from
-    const Points source = points;
-    ArrangeFrom(0, source, order, points);
+float DistanceOf(Entry entry) {
+    return std::bit_cast<float>(static_cast<std::uint32_t>(entry >> 32));
 }
 
-// The seed points first, which keep their distances from the first; then the others by distance
-// from the circle's centre.
-void ArrangeForInsertion(const DelaunaySeed& seed, std::size_t usable, Points& points) {
-    const Points source = points;
-    DelaunayOrder order(source, usable, seed.centre.x, seed.centre.y);
-    for (std::size_t i = 0; i < kSeedPoints; ++i) {
-        order.Exclude(seed.points[i]);
-        points[i] = source[seed.points[i]];
-        points[i].sortKey = seed.sortKeys[i];
-    }
-    ArrangeFrom(kSeedPoints, source, order, points);
-}
+// By distance, then x, then y; points equal in all of these stay in the caller's order.
+struct Before {
+    const Points& points;
 
-// Every id's last position, for ids of any size: found by sorting where a table would be mostly
-// empty.
-std::vector<std::int32_t> NamesBySorting(const Points& points, std::size_t usable) {
-    std::vector<std::pair<std::int32_t, std::int32_t>> entries; // id, position
-    entries.reserve(usable);
-    for (std::size_t k = 0; k < usable; ++k) {
-        entries.emplace_back(points[k].id, static_cast<std::int32_t>(k));
-    }
-    std::sort(entries.begin(), entries.end());
-    std::vector<std::int32_t> names(usable);
-    std::int32_t last = entries.back().second;
-    for (std::size_t i = usable; i-- > 0;) {
-        if (i + 1 < usable && entries[i].first != entries[i + 1].first) {
-            last = entries[i].second;
+    bool operator()(Entry a, Entry b) const {
+        if (a >> 32 != b >> 32) {
+            return a < b;
         }
-        names[static_cast<std::size_t>(entries[i].second)] = last;
+        const DelaunayPoint& p = points[PointOf(a)];
+        const DelaunayPoint& q = points[PointOf(b)];
+        return p.x != q.x ? p.x < q.x : (p.y != q.y ? p.y < q.y : a < b);
     }
-    return names;
+};
+
+std::vector<Entry> Measure(const Points& points, std::size_t count, Vec2f from) {
+    std::vector<Entry> entries(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const float dx = points[i].x - from.x;
+        const float dy = points[i].y - from.y;
+        entries[i] = Entry{std::bit_cast<std::uint32_t>(dx * dx + dy * dy)} << 32 | i;
+    }
+    return entries;
 }
 
-std::vector<std::int32_t> NamesByTable(const Points& points, std::size_t usable,
-                                       std::size_t largestId) {
-    std::vector<std::int32_t> table(largestId + 1);
-    for (std::size_t k = 0; k < usable; ++k) {
-        table[static_cast<std::size_t>(points[k].id)] = static_cast<std::int32_t>(k);
+// First by distance alone, which needs no look at the points, then each run of equal distances.
+void Sort(std::vector<Entry>& entries, const Points& points) {
+    std::sort(entries.begin(), entries.end());
+    for (auto run = entries.begin(); run != entries.end();) {
+        const auto end = std::find_if(run, entries.end(),
+                                      [run](Entry entry) { return entry >> 32 != *run >> 32; });
+        std::sort(run, end, Before{points});
+        run = end;
     }
-    std::vector<std::int32_t> names(usable);
-    for (std::size_t k = 0; k < usable; ++k) {
-        names[k] = table[static_cast<std::size_t>(points[k].id)];
-    }
-    return names;
 }
 
-std::vector<std::int32_t> Names(const Points& points, std::size_t usable) {
-    std::size_t largestId = 0;
-    for (std::size_t k = 0; k < usable; ++k) {
-        largestId = std::max(largestId, static_cast<std::size_t>(points[k].id));
+// Puts points into the order of the entries, from a position on.
+void Arrange(Points& points, std::size_t position, const Points& source,
+             const std::vector<Entry>& order) {
+    for (const Entry entry : order) {
+        points[position] = source[PointOf(entry)];
+        points[position].sortKey = DistanceOf(entry);
+        ++position;
     }
-    return largestId < 8 * usable ? NamesByTable(points, usable, largestId)
-                                  : NamesBySorting(points, usable);
+}
+
+void ArrangeByDistanceFromFirst(Points& points, std::size_t usable) {
+    const Points source = points;
+    std::vector<Entry> order = Measure(source, usable, {source[0].x, source[0].y});
+    Sort(order, source);
+    Arrange(points, 0, source, order);
+}
+
+struct Circle {
+    float radiusSq = -1.0f; // -1 for points on one line
+    Vec2f centre;
+};
+
+struct Seed {
+    std::array<Entry, kSeedPoints> points{}; // with their distances from the first
+    Circle circle{9.0e20f, {}};
+    bool found = false;
+};
+
+Vec2f Midpoint(const DelaunayPoint& a, const DelaunayPoint& b) {
+    return {(a.x + b.x) * 0.5f, (a.y + b.y) * 0.5f};
+}
+
+// The perpendicular bisectors of p0-p1 and p1-pk meet at the centre.
+Circle CircleThrough(const DelaunayPoint& p0, const DelaunayPoint& p1, const DelaunayPoint& pk) {
+    const Vec2f m01 = Midpoint(p1, p0);
+    const Vec2f mk = Midpoint(pk, p1);
+    const float u = p0.x - p1.x;
+    const float v = p1.y - p0.y;
+    const float e = pk.x - p1.x;
+    const float f = p1.y - pk.y;
+    const float det = f * u - e * v;
+    if (det == 0.0f) {
+        return {};
+    }
+    const float s = ((mk.y - m01.y) * v - (mk.x - m01.x) * u) / det;
+    const Vec2f centre{s * f + mk.x, s * e + mk.y};
+    const float dx = p0.x - centre.x;
+    const float dy = p0.y - centre.y;
+    return {dx * dx + dy * dy, centre};
+}
+
+// Takes points off a heap, nearest to the first point first, since few have to be looked at. The
+// second seed point is the first that differs from it, the third makes the smallest circle with
+// both.
+Seed FindSeed(const Points& points, std::size_t usable) {
+    const auto after = [before = Before{points}](Entry a, Entry b) { return before(b, a); };
+    std::vector<Entry> heap = Measure(points, usable, {points[0].x, points[0].y});
+    std::make_heap(heap.begin(), heap.end(), after);
+    const auto takeNearest = [&heap, after] {
+        std::pop_heap(heap.begin(), heap.end(), after);
+        const Entry nearest = heap.back();
+        heap.pop_back();
+        return nearest;
+    };
+    Seed seed;
+    auto& [first, second, third] = seed.points;
+    first = takeNearest();
+    const DelaunayPoint& p0 = points[PointOf(first)];
+    do {
+        second = takeNearest();
+    } while (!heap.empty() && SamePlace(points[PointOf(second)], p0));
+    const DelaunayPoint& p1 = points[PointOf(second)];
+    while (!heap.empty()) {
+        const Entry candidate = takeNearest();
+        const Circle circle = CircleThrough(p0, p1, points[PointOf(candidate)]);
+        if (circle.radiusSq < seed.circle.radiusSq && circle.radiusSq > 0.0f) {
+            third = candidate;
+            seed.circle = circle;
+            seed.found = true;
+        } else if (DistanceOf(candidate) > 4.0f * seed.circle.radiusSq) {
+            break; // its circle cannot be smaller, nor can any after it
+        }
+    }
+    return seed;
+}
+
+bool IsObtuse(const DelaunayPoint& p0, const DelaunayPoint& p1, const DelaunayPoint& p2) {
+    const auto dot = [](float ax, float ay, float bx, float by) { return ax * bx + ay * by; };
+    return dot(p2.x - p0.x, p2.y - p0.y, p1.x - p0.x, p1.y - p0.y) < 0.0f ||
+           dot(p1.x - p2.x, p1.y - p2.y, p2.x - p0.x, p2.y - p0.y) > 0.0f ||
+           dot(p1.x - p2.x, p1.y - p2.y, p1.x - p0.x, p1.y - p0.y) < 0.0f;
+}
+
+// The seed points, which keep their distances from the first; then the others by distance from the
+// circle's centre.
+void ArrangeForInsertion(const Seed& seed, std::size_t usable, Points& points) {
+    const Points source = points;
+    std::vector<Entry> others = Measure(source, usable, seed.circle.centre);
+    std::erase_if(others, [&seed](Entry entry) {
+        return std::any_of(seed.points.begin(), seed.points.end(), [entry](Entry seedPoint) {
+            return PointOf(seedPoint) == PointOf(entry);
+        });
+    });
+    Sort(others, source);
+    Arrange(points, 0, source, {seed.points.begin(), seed.points.end()});
+    Arrange(points, kSeedPoints, source, others);
+}
+
+// By position: the last position with the same id. The table leads there from an id.
+template <typename Table>
+std::vector<std::int32_t> LastPositions(const Points& points, std::size_t usable, Table table) {
+    for (std::size_t k = 0; k < usable; ++k) {
+        table[At(points[k].id)] = static_cast<std::int32_t>(k);
+    }
+    std::vector<std::int32_t> last(usable);
+    for (std::size_t k = 0; k < usable; ++k) {
+        last[k] = table[At(points[k].id)];
+    }
+    return last;
 }
 
 DelaunayMesh MakeMesh(const Points& points, std::size_t usable) {
     DelaunayMesh mesh;
-    mesh.vertices.reserve(usable);
+    mesh.places.reserve(usable);
+    std::size_t largestId = 0;
     for (std::size_t k = 0; k < usable; ++k) {
-        mesh.vertices.push_back({points[k].x, points[k].y});
+        mesh.places.push_back({points[k].x, points[k].y});
+        largestId = std::max(largestId, At(points[k].id));
     }
-    mesh.representatives = Names(points, usable);
+    // Memory follows the number of points, not the size of their ids.
+    mesh.names =
+        largestId < 8 * usable
+            ? LastPositions(points, usable, std::vector<std::int32_t>(largestId + 1))
+            : LastPositions(points, usable, std::unordered_map<std::size_t, std::int32_t>{});
     for (std::size_t k = 0; k < usable; ++k) {
-        mesh.idsDiffer &= mesh.representatives[k] == static_cast<std::int32_t>(k);
+        mesh.idsDiffer &= At(mesh.names[k]) == k;
     }
     mesh.triangles.reserve(2 * usable);
     return mesh;
 }
 
-// Equal points stand side by side in the order, but for those equal to a seed point.
-bool IsRepeated(const std::vector<Vec2f>& vertices, std::size_t k) {
-    const Vec2f place = vertices[k];
-    return place == vertices[k - 1] || place == vertices[0] || place == vertices[1] ||
-           place == vertices[2];
-}
-
-void InsertPoints(DelaunayMesh& mesh) {
-    DelaunayHull hull(mesh);
-    for (std::size_t k = kSeedPoints; k < mesh.vertices.size(); ++k) {
-        if (!IsRepeated(mesh.vertices, k)) {
-            hull.Insert(static_cast<std::int32_t>(k));
-        }
-    }
-}
-
-void WriteTriangles(const DelaunayMesh& mesh, const Points& points, const DelaunaySeed& seed,
+void WriteTriangles(const Points& points, const DelaunayMesh& mesh, const Circle& seedCircle,
                     Triangles& triangles) {
-    const auto idOf = [&points](std::int32_t vertex) {
-        return points[static_cast<std::size_t>(vertex)].id;
-    };
+    const auto idOf = [&points](std::int32_t position) { return points[At(position)].id; };
     triangles.reserve(mesh.triangles.size());
-    for (const MeshTriangle& source : mesh.triangles) {
-        const auto& [a, b, c] = source.corner;
-        const auto& [bc, ac, ab] = source.links;
-        triangles.push_back({idOf(a), idOf(b), idOf(c), LinkedTriangle(ab), LinkedTriangle(bc),
-                             LinkedTriangle(ac)});
+    for (const MeshTriangle& triangle : mesh.triangles) {
+        const auto& [a, b, c] = triangle.corner;
+        triangles.push_back({idOf(a), idOf(b), idOf(c), triangle.Across(kAB), triangle.Across(kBC),
+                             triangle.Across(kAC)});
     }
-    triangles[0].radiusSq = seed.radiusSq;
-    triangles[0].centreX = seed.centre.x;
-    triangles[0].centreY = seed.centre.y;
+    triangles[0].radiusSq = seedCircle.radiusSq;
+    triangles[0].centreX = seedCircle.centre.x;
+    triangles[0].centreY = seedCircle.centre.y;
 }
 
 } // namespace
@@ -165,30 +250,29 @@ std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
                          std::vector<DelaunayTriangle>& triangles) {
     const auto usable =
         static_cast<std::size_t>(std::count_if(points.begin(), points.end(), IsUsable));
-    if (usable < kSeedPoints || usable > kMostPoints) {
+    if (usable < kSeedPoints) {
         WriteErrorLine("less than 3 points, aborting ");
         return -1;
     }
-    triangles.clear();
-    if (usable < points.size()) {
-        MoveUnusableBehind(points);
+    if (usable > kMaxPoints) {
+        return -1;
     }
-    DelaunayOrder order(points, usable, points[0].x, points[0].y);
-    const DelaunaySeed seed = FindSeed(points, order);
+    triangles.clear();
+    MoveUnusableBehind(points);
+    const Seed seed = FindSeed(points, usable);
     if (!seed.found) {
         WriteErrorLine("linear structure, aborting ");
-        ArrangeByDistanceFromFirst(order, points);
+        ArrangeByDistanceFromFirst(points, usable);
         return -2;
     }
-    if (IsObtuse(points[seed.points[0]], points[seed.points[1]], points[seed.points[2]])) {
+    ArrangeForInsertion(seed, usable, points);
+    if (IsObtuse(points[0], points[1], points[2])) {
         WriteErrorLine("warning: obtuce seed triangle sellected ");
     }
-    ArrangeForInsertion(seed, usable, points);
-
     DelaunayMesh mesh = MakeMesh(points, usable);
-    InsertPoints(mesh);
+    InsertPoints(points, mesh);
     WriteErrorLine("of triangles " + std::to_string(mesh.triangles.size()) + " to be flipped. ");
-    const std::int32_t result = DelaunayFlipper(mesh).Run();
-    WriteTriangles(mesh, points, seed, triangles);
+    const std::int32_t result = FlipTriangles(mesh);
+    WriteTriangles(points, mesh, seed.circle, triangles);
     return result;
 }

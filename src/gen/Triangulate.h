@@ -27,12 +27,12 @@
 
 struct DelaunayPoint {
     std::int32_t id = 0;      ///< the caller's name for the point, 0 or greater
-    std::int32_t hullTri = 0; ///< work field, left as it is
+    std::int32_t hullTri = 0; ///< work field of copies on the hull, left as it is
     float x = 0.0f;
     float y = 0.0f;
-    float edgeX = 0.0f;   ///< work field, left as it is
-    float edgeY = 0.0f;   ///< work field, left as it is
-    float sortKey = 0.0f; ///< written: squared distance from the seed circle's centre
+    float edgeX = 0.0f;   ///< work field of copies on the hull, left as it is
+    float edgeY = 0.0f;   ///< the same
+    float sortKey = 0.0f; ///< written: a squared distance, see `Triangulate`
 };
 
 struct DelaunayTriangle {
@@ -48,15 +48,16 @@ struct DelaunayTriangle {
 };
 
 /// Triangulates the points. The triangle list is emptied first; triangle 0 starts as the seed
-/// triangle. The points are put in the order in which they were added, the three seed points first,
-/// and their sort keys are overwritten.
+/// triangle. The points are put in the order in which they were added, the three seed points first.
+/// Their sort keys become the seed points' squared distances from the first of them, and the
+/// others' from the seed circle's centre.
 ///
 /// Returns
 /// - 1 on success;
-/// - -1 for fewer than three usable points, or more than 2^27, whose list alone would fill 3.5 GiB
-///   (both lists stay as they are);
+/// - -1 for fewer than three usable points, or (without a message) for more than 2^27, whose list
+///   alone would fill 3.5 GiB; both lists stay as they are;
 /// - -2 when no third point makes a circle with the first two, as for points on one line (the
-///   points stay sorted by distance from the first);
+///   points are left sorted by distance from the first, as their sort keys say);
 /// - -3 or -4 when the first or a later pass of flips found adjacency that is not mutual, which
 ///   only repeated ids can cause (the triangles stay as they were at that moment).
 /// Reports progress and problems on standard error.
@@ -72,7 +73,7 @@ struct DelaunayTriangle {
 /// - Any id from 0 to 2^31 - 1 is fine and costs no more than a small one.
 ///
 /// Rounding can make a pair of triangles flip back and forth, doubling the list of triangles to
-/// look at from pass to pass. Flipping ends when that list has grown beyond `PendingLimit`
-/// (DelaunayMesh.h).
+/// look at from pass to pass. Flipping ends when that list has grown beyond 65,536 + 4 entries per
+/// triangle.
 std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
                          std::vector<DelaunayTriangle>& triangles);
