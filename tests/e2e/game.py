@@ -21,6 +21,7 @@ import time
 import Xlib.display
 from PIL import Image
 from Xlib import X, XK
+from Xlib.error import BadMatch, BadWindow
 from Xlib.ext import xtest
 from Xlib.protocol.event import ClientMessage
 
@@ -90,7 +91,8 @@ class Game:
                                             stdin=subprocess.PIPE, stdout=out, stderr=errors,
                                             **options)
         try:
-            self.window = wait_until(self._find_window, "the window Vesk") if window else None
+            if window:
+                wait_until(self._has_window, "the window Vesk, with a picture")
         except BaseException:
             self.__exit__()
             raise
@@ -109,14 +111,18 @@ class Game:
         (self.folder / "data").symlink_to(ROOT / "data")
         return shutil.copy2(PROGRAM, self.folder / "vesk")
 
-    def _find_window(self):
+    def _has_window(self):
         assert self.process.poll() is None, f"it has ended: {self.output()}{self.output('stderr')}"
-        for window in self.display.screen().root.query_tree().children:
-            if (window.get_wm_name() == "Vesk"
-                    and window.get_attributes().map_state == X.IsViewable):
-                window.set_input_focus(X.RevertToParent, X.CurrentTime)  # nobody else gives it
-                return window
-        return None
+        try:
+            for window in self.display.screen().root.query_tree().children:
+                viewable = window.get_attributes().map_state == X.IsViewable
+                if viewable and window.get_wm_name() == "Vesk":
+                    self.window = window
+                    self.window.set_input_focus(X.RevertToParent, X.CurrentTime)
+                    return self.look().getcolors(1) is None
+        except (BadMatch, BadWindow):  # not shown yet, or replaced by one that the renderer can use
+            pass
+        return False
 
     def wait_for_exit(self):
         """The exit code, once the program has ended."""
