@@ -14,12 +14,14 @@ import pytest
 from PIL import Image
 
 HERE = pathlib.Path(__file__).resolve().parent
-DATA = HERE.parent.parent / "data"
+ROOT = HERE.parent.parent
+DATA = ROOT / "data"
 TILES = [("image.png", 100, 0), ("image.png", 100, 100), ("terrain_transition.png", 48, 64)]
 
 
 def run(program, command, *more):
-    return subprocess.run([os.environ[program], *command.split(), *more], capture_output=True,
+    path = os.environ.get(program, ROOT / "build/release/bin" / program.lower())
+    return subprocess.run([path, *command.split(), *more], capture_output=True,
                           text=True, timeout=60)
 
 

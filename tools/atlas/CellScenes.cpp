@@ -121,7 +121,7 @@ public:
             if (IsInWorld({cell.key.x, cell.key.y})) {
                 const std::string name =
                     std::to_string(cell.key.x) + "," + std::to_string(cell.key.y);
-                picture.Text(corner + Vec2i{8, 8}, name, 3, Tone::Label);
+                picture.Text(corner + Vec2i{8, 8}, name, 3);
             }
         }
         for (const Cell& cell : cells) {

@@ -86,7 +86,7 @@ private:
         }
         const std::int32_t dot = cellSide / kLeastDetailed;
         const std::string name = std::to_string(record.key.x) + "," + std::to_string(record.key.y);
-        picture.Text(corner + Vec2i{2 * dot + 1, 2 * dot + 1}, name, dot, Tone::Label);
+        picture.Text(corner + Vec2i{2 * dot + 1, 2 * dot + 1}, name, dot);
     }
 
     // The coordinates of a cluster's cell. Far north ids wrap, but not the differences of two.

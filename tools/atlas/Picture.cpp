@@ -46,9 +46,9 @@ std::uint16_t GlyphOf(char character) {
     return character == ',' ? kGlyphs.back() : std::uint16_t{0};
 }
 
-// Islands and names stay readable where lines of the graph pass.
+// Islands and names, with their shadows, stay readable where lines of the graph pass.
 bool IsAboveGraph(Tone tone) {
-    return tone == Tone::Land || tone == Tone::Shore || tone == Tone::Label;
+    return tone == Tone::Land || tone == Tone::Shore || tone == Tone::Label || tone == Tone::Void;
 }
 
 std::uint8_t Blend(std::uint8_t below, std::uint8_t above, int cover) {
@@ -64,7 +64,7 @@ Picture::Picture(std::int32_t pictureWidth, std::int32_t pictureHeight)
 Color Picture::ColorOf(std::uint8_t pixel) {
     const std::size_t tone = pixel >> kToneShift;
     const int cover = pixel & kFullCover;
-    const Color below = tone < kColors.size() ? kColors[tone] : Color{};
+    const Color below = kColors[tone];
     return {Blend(below.r, kGraph.r, cover), Blend(below.g, kGraph.g, cover),
             Blend(below.b, kGraph.b, cover)};
 }
@@ -150,7 +150,12 @@ void Picture::GraphLine(Vec2i from, Vec2i to, float lineWidth) {
     }
 }
 
-void Picture::Text(Vec2i upperLeft, std::string_view text, std::int32_t size, Tone tone) {
+void Picture::Text(Vec2i upperLeft, std::string_view text, std::int32_t size) {
+    Dots(upperLeft + Vec2i{size, size}, text, size, Tone::Void);
+    Dots(upperLeft, text, size, Tone::Label);
+}
+
+void Picture::Dots(Vec2i upperLeft, std::string_view text, std::int32_t size, Tone tone) {
     for (const char character : text) {
         const std::uint16_t glyph = GlyphOf(character);
         for (std::int32_t dot = 0; dot < kGlyphWidth * kGlyphHeight; ++dot) {

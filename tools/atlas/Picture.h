@@ -14,7 +14,7 @@
 #include "gfx/Vec2.h"
 
 enum class Tone : std::uint8_t {
-    Void, // beyond the world
+    Void, // beyond the world, and the shadows of names
     Sea,
     SeaShade,
     Hallway,
@@ -55,10 +55,12 @@ public:
     void Outline(Area area, Tone tone);
     /// One pixel wide, both ends included.
     void Line(Vec2i from, Vec2i to, Tone tone);
-    /// A line of the neighbour graph, with soft edges. It passes below land, shores and labels.
+    /// A line of the neighbour graph, with soft edges. It passes below whole cells of land and
+    /// names.
     void GraphLine(Vec2i from, Vec2i to, float lineWidth);
-    /// Digits and commas, 3 x 5 dots of `size` pixels each; other characters are left blank.
-    void Text(Vec2i upperLeft, std::string_view text, std::int32_t size, Tone tone);
+    /// Digits and commas, 3 x 5 dots of `size` pixels each, with a shadow; other characters are
+    /// left blank.
+    void Text(Vec2i upperLeft, std::string_view text, std::int32_t size);
 
     std::int32_t Width() const { return width; }
     std::int32_t Height() const { return height; }
@@ -77,6 +79,7 @@ private:
     }
     void Set(Vec2i point, Tone tone);
     void Cover(Vec2i point, float share);
+    void Dots(Vec2i upperLeft, std::string_view text, std::int32_t size, Tone tone);
 
     std::int32_t width;
     std::int32_t height;
