@@ -9,6 +9,7 @@
 #include "gfx/GFX_GraphicsManager.h"
 #include "input/CMN_InputManager.h"
 #include "support/Game.h"
+#include "support/Guarded.h"
 #include "support/Probe.h"
 #include "world/ASM_AssetManager.h"
 
@@ -115,8 +116,8 @@ TEST(RunTest, StartsEverything) {
     EXPECT_EQ(CMN_TimeManager::GetInstance()->tickInterval, 16U);
     EXPECT_EQ(CMN_TimeManager::GetInstance()->lastTickTime, 0U);
     EXPECT_EQ(CMN_TaskManager::GetInstance()->workerCount, 3);
-    EXPECT_EQ(ASM_AssetManager::GetInstance()->GetDungeons().PoolSize(), 12U);
-    EXPECT_EQ(ASM_AssetManager::GetInstance()->GetClusters().PoolSize(), 18U);
+    EXPECT_EQ(PoolSize(ASM_AssetManager::GetInstance()->dungeons), 12U);
+    EXPECT_EQ(PoolSize(ASM_AssetManager::GetInstance()->clusters), 18U);
     for (const auto& timer : CMN_InputManager::GetInstance()->timers) {
         EXPECT_EQ(timer.minInterval, 30U);
     }

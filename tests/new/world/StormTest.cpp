@@ -5,6 +5,7 @@
 #include "gen/WorldDigest.h"
 #include "gfx/GFX_GraphicsManager.h"
 #include "support/Game.h"
+#include "support/Guarded.h"
 #include "support/WorldModel.h"
 
 #include <gtest/gtest.h>
@@ -53,8 +54,8 @@ private:
     void Tick() {
         model.Follow();
         game.Tick();
-        for (std::size_t i = 0; i < served.size(); ++i) {
-            served[i] = game.World().cellGrid.GetSlot(i).served;
+        for (std::size_t i = 0; i < before.size(); ++i) {
+            before[i] = SlotAt(i).coords;
         }
     }
 
@@ -73,17 +74,17 @@ private:
         for (std::size_t look = 0; look < 180; ++look) {
             const std::size_t i = look % 9;
             const bool shown = game.World().cellGrid.GetEntity(i)->active;
-            const CellSlot slot = game.World().cellGrid.GetSlot(i);
+            const CellSlot slot = SlotAt(i);
             ASSERT_TRUE(!shown || slot.coords == slot.target) << "slot " << i;
-            ASSERT_TRUE(slot.served == served[i] || slot.served == slot.request.number)
-                << "slot " << i << " has served an overtaken request";
+            ASSERT_TRUE(slot.coords == before[i] || slot.coords == slot.target)
+                << "slot " << i << " shows an overtaken request";
         }
     }
 
     Game& game;
     std::mt19937 random;
     WorldModel model;
-    std::array<std::uint32_t, 9> served{}; // requests carried out by the last tick
+    std::array<Vec2i, 9> before{}; // the cells loaded by the last tick
 };
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "entities/PlayerEntity.h"
 #include "entities/TerrainCellEntity.h"
 #include "support/Game.h"
+#include "support/Guarded.h"
 #include "support/Probe.h"
 #include "support/WorldModel.h"
 
@@ -130,7 +131,7 @@ TEST(StreamingTest, OnlyCellsThatComeIntoReachAreAskedFor) {
         game.Settle();
         std::string text;
         for (std::size_t i = 0; i < 9; ++i) {
-            const Vec2i cell = game.World().cellGrid.GetSlot(i).coords;
+            const Vec2i cell = SlotAt(i).coords;
             text += std::to_string(cell.x) + "," + std::to_string(cell.y) + " ";
         }
         return text;
@@ -139,15 +140,18 @@ TEST(StreamingTest, OnlyCellsThatComeIntoReachAreAskedFor) {
     EXPECT_EQ(cells(), "-1,-1 0,0 0,1 1,0 1,1 -1,-1 -1,-1 -1,-1 -1,-1 ");
     GoTo(game, {6, 3});
     EXPECT_EQ(cells(), "5,2 5,3 5,4 6,2 6,3 6,4 7,2 7,3 7,4 ");
-    game.World().player->PlaceAt(CenterOf({6, 3}) + Vec2i{2400, -2400});
-    game.Tick(5);
-    EXPECT_EQ(game.World().cellGrid.GetSlot(0).request.number, 1U);
+    {
+        WorkerHold hold;
+        hold.Occupy(1);
+        game.World().player->PlaceAt(CenterOf({6, 3}) + Vec2i{2400, -2400});
+        game.Tick(5);
+        EXPECT_FALSE(SlotAt(0).busy) << "asked for anew";
+    }
     GoTo(game, {7, 3});
     EXPECT_EQ(cells(), "8,2 8,3 8,4 6,2 6,3 6,4 7,2 7,3 7,4 ");
-    const auto before = game.World().cellGrid.GetClusters();
+    const auto before = game.World().cellGrid.clusters;
     GoTo(game, {16, 3});
-    EXPECT_EQ(game.World().cellGrid.GetClusters()[3], before[4])
-        << "still in use, so not made anew";
+    EXPECT_EQ(game.World().cellGrid.clusters[3], before[4]) << "still in use, so not made anew";
     cells();
 }
 
