@@ -1,4 +1,5 @@
 // Draws the generated world to PNG files; see vesk_atlas --help and the manual page.
+#include <chrono>
 #include <cstdio>
 #include <iostream>
 #include <optional>
@@ -47,6 +48,7 @@ int main(int argc, char** argv) {
         std::fputs(kUsage, stdout);
         return 0;
     }
+    const auto start = std::chrono::steady_clock::now();
     Silence silence;
     std::streambuf* const errors = std::cerr.rdbuf(&silence);
     DataFile data(arguments->json, arguments->command == Command::Clusters ? "clusters" : "cells");
@@ -54,6 +56,9 @@ int main(int argc, char** argv) {
     std::cerr.rdbuf(errors);
     if (!data.Finish()) {
         return Fail(1, "cannot write " + arguments->json);
+    }
+    if (std::chrono::steady_clock::now() - start > std::chrono::seconds(1)) {
+        std::fprintf(stderr, "writing %s\n", arguments->output.c_str());
     }
     error = WritePng(picture, arguments->output);
     return error.empty() ? 0 : Fail(1, "cannot write " + arguments->output + ": " + error);

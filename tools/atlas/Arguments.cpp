@@ -7,6 +7,7 @@
 #include <string_view>
 #include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <getopt.h>
@@ -55,6 +56,12 @@ constexpr option kOptions[] = {{"output", required_argument, nullptr, 'o'},
                                {"help", no_argument, nullptr, kHelp},
                                {nullptr, 0, nullptr, 0}};
 
+constexpr std::array<std::pair<std::string_view, Command>, 3> kCommandNames{
+    {{"cell", Command::Cell}, {"tour", Command::Tour}, {"clusters", Command::Clusters}}};
+
+constexpr std::array<std::pair<std::string_view, Graph>, 3> kGraphNames{
+    {{"none", Graph::None}, {"middle", Graph::Middle}, {"whole", Graph::Whole}}};
+
 struct OverlayName {
     std::string_view name;
     bool Overlays::*flag;
@@ -92,10 +99,14 @@ public:
     Arguments arguments;
 
 private:
-    static std::string WrongOption(const std::string& word) {
-        return word.find_first_of("0123456789") == 1
-                   ? word + " is not in the world: coordinates begin at 0"
-                   : word + " is no option, or lacks its value";
+    // `last` is the last word that getopt_long has taken, of which a short option may be a part.
+    static std::string WrongOption(const std::string& last) {
+        if (optopt >= '0' && optopt <= '9') {
+            return "coordinates begin at 0";
+        }
+        const bool isShort = optopt > 0 && optopt < kOverlay;
+        const std::string word = isShort ? std::string{'-', static_cast<char>(optopt)} : last;
+        return word + " is no option, or lacks its value";
     }
 
     std::string TakeOption(int which, const std::string& value) {
@@ -156,11 +167,11 @@ private:
     }
 
     std::string TakeGraph(const std::string& value) {
-        if (value == "none" || value == "middle" || value == "whole") {
-            arguments.graph = value == "none"     ? Graph::None
-                              : value == "middle" ? Graph::Middle
-                                                  : Graph::Whole;
-            return {};
+        for (const auto& [name, graph] : kGraphNames) {
+            if (value == name) {
+                arguments.graph = graph;
+                return {};
+            }
         }
         const std::size_t comma = value.find(',');
         if (comma == std::string::npos) {
@@ -178,13 +189,16 @@ private:
     }
 
     std::string TakeCommand(const std::vector<std::string>& words) {
-        const std::string name = words.empty() ? "" : words[0];
-        if (name != "cell" && name != "tour" && name != "clusters") {
-            return name.empty() ? "a command is missing" : "\"" + name + "\" is no command";
+        if (words.empty()) {
+            return "a command is missing";
         }
-        arguments.command = name == "cell"   ? Command::Cell
-                            : name == "tour" ? Command::Tour
-                                             : Command::Clusters;
+        const std::string& name = words[0];
+        const auto known = std::find_if(kCommandNames.begin(), kCommandNames.end(),
+                                        [&name](const auto& pair) { return pair.first == name; });
+        if (known == kCommandNames.end()) {
+            return "\"" + name + "\" is no command";
+        }
+        arguments.command = known->second;
         const bool clusters = arguments.command == Command::Clusters;
         const std::size_t wanted = clusters ? 5 : 3;
         if (words.size() != wanted) {
@@ -206,10 +220,9 @@ private:
         if (clusters ? overlaysGiven : graphGiven) {
             return clusters ? "clusters takes no --overlay" : "only clusters takes --graph";
         }
-        if (arguments.first.x > arguments.last.x || arguments.first.y > arguments.last.y) {
-            if (clusters) {
-                return "the first cluster must be the lower left one";
-            }
+        if (clusters &&
+            (arguments.first.x > arguments.last.x || arguments.first.y > arguments.last.y)) {
+            return "the first cluster must be the lower left one";
         }
         if (arguments.output.empty()) {
             return "where the picture goes is missing: -o FILE";

@@ -25,7 +25,7 @@ public:
     explicit ClusterScene(const Arguments& theArguments)
         : arguments(theArguments), cellSide(arguments.scale), side(kClusterCells * cellSide),
           size(arguments.last - arguments.first + Vec2i{1, 1}),
-          picture(size.x * side, size.y * side) {}
+          picture(size.x * side, size.y * side), progress(Count(), "clusters") {}
 
     // Clusters touch no pixel of each other, so each is drawn by whoever generates it.
     void DrawLand() {
@@ -34,16 +34,16 @@ public:
             ClusterRecord record;
             GenerateCluster(ClusterKey(arguments.first + place), record);
             DrawCluster(record, place);
+            progress.AddHalf();
         });
     }
 
     void DrawGraph(DataFile& data) {
-        Progress progress(Count(), "clusters linked");
         std::vector<ClusterData> row(static_cast<std::size_t>(size.x));
         for (std::int32_t y = 0; y < size.y; ++y) {
             ForEachIndex(row.size(), arguments.threads, [&](std::size_t x) {
                 row[x] = Generate(arguments.first + Vec2i{static_cast<std::int32_t>(x), y});
-                progress.AddOne();
+                progress.AddHalf();
             });
             for (const ClusterData& cluster : row) {
                 DrawLinks(cluster.neighbors);
@@ -145,6 +145,7 @@ private:
     std::int32_t side;     // of a cluster, pixels
     Vec2i size;            // clusters
     Picture picture;
+    Progress progress; // a cluster is drawn in two halves, its land and its graph
 };
 
 } // namespace

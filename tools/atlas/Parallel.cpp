@@ -2,12 +2,12 @@
 
 #include <cstdio>
 
-void Progress::AddOne() {
+void Progress::AddHalf() {
     const std::lock_guard lock(mutex);
-    ++done;
+    ++halves;
     const Clock::time_point now = Clock::now();
     if (now - told > std::chrono::seconds(1)) {
-        std::fprintf(stderr, "%zu of %zu %s\n", done, whole, things.c_str());
+        std::fprintf(stderr, "%zu of %zu %s\n", halves / 2, whole, things.c_str());
         told = now;
     }
 }

@@ -9,21 +9,21 @@
 #include <thread>
 #include <vector>
 
-/// Counts what is done of a whole. Once that has taken more than a second, a line on standard error
-/// tells of it every second. Any thread may call.
+/// Counts what is done of a whole, each thing in two halves. Once that has taken more than a
+/// second, a line on standard error tells of it every second. Any thread may call.
 class Progress {
 public:
     Progress(std::size_t wholeCount, std::string countedThings)
         : whole(wholeCount), things(std::move(countedThings)) {}
 
-    void AddOne();
+    void AddHalf();
 
 private:
     using Clock = std::chrono::steady_clock;
 
     std::mutex mutex;
     std::size_t whole;
-    std::size_t done = 0;
+    std::size_t halves = 0;
     std::string things;
     Clock::time_point told = Clock::now();
 };
