@@ -62,6 +62,15 @@ def scaled(picture, size):
     return enlarged(picture, common // picture.width).reduce(common // size)
 
 
+def widened(picture):
+    """The middle column and row of every three become two: three pixels are four."""
+    columns, rows = ([at for at in range(size) for _ in range(2 if at % 3 == 1 else 1)]
+                     for size in picture.size)
+    result = blank(len(columns), len(rows))
+    result.putdata([picture.getpixel((x, y)) for y in rows for x in columns])
+    return result
+
+
 def outlined(picture, colour):
     """The same picture with every clear pixel beside a drawn one (not only at its corner) in the
     given colour. The picture must not reach its own edges."""
@@ -122,9 +131,12 @@ class _SheetReader:
         kind = words[0]
         if kind == "picture" and len(words) == 3:
             self._picture = blank(int(words[1]), int(words[2]))
-        elif kind == "figure" and (len(words) == 2 or len(words) == 4 and words[2] == "enlarged"):
-            figure = self._read_figure()
-            self._figures[words[1]] = enlarged(figure, int(words[3])) if words[2:] else figure
+        elif kind == "figure" and len(words) == 2:
+            self._figures[words[1]] = self._read_figure()
+        elif kind == "figure" and len(words) == 4 and words[2] == "enlarged":
+            self._figures[words[1]] = enlarged(self._read_figure(), int(words[3]))
+        elif kind == "figure" and words[2:] == ["widened"]:
+            self._figures[words[1]] = widened(self._read_figure())
         elif kind == "place" and len(words) in (4, 5) and words[4:] in ([], ["mirrored"]):
             figure = self._figure(words[1])
             self._picture.alpha_composite(mirrored(figure) if words[4:] else figure,

@@ -15,7 +15,7 @@ TILES = [("image.png", 100, 0, 16), ("image.png", 100, 100, 16),
          ("terrain_transition.png", 48, 64, 16)]
 SHIPS = [("ships.png", 0, y, 32) for y in (0, 32, 64, 96)]
 FIGURES = [("link_raw.png", x, 0, 16) for x in (0, 30, 62, 91)]
-WHOLE = [("hud_compass.png", 0, 0, 100), ("island_icon.png", 0, 0, 11)]
+WHOLE = [("hud_compass.png", 0, 0, 128), ("island_icon.png", 0, 0, 11)]
 SINGLES = [("enemies.png", 0, 0, 16), ("compass.png", 0, 0, 128)]
 
 BUTTON = (260, 20)  # pixels
@@ -56,6 +56,17 @@ def test_figures_stand_alone_on_a_clear_ground(figure):
     assert {colour[3] for colour in colours} == {255}, "no half clear or coloured clear pixel"
     box = cut(*figure, more=1).getchannel("A").getbbox()
     assert min(box) >= 1 and max(box) <= size + 1, "nothing shows if a renderer rounds outward"
+
+
+@pytest.mark.parametrize("figure, size", [*((figure, 24) for figure in TILES + SHIPS + FIGURES), (SINGLES[1], 32)])
+def test_pictures_come_out_the_same_however_a_renderer_rounds(figure, size):
+    # At zoom 1, where an edge between texels falls on the centre of a pixel.
+    picture = cut(*figure)
+    down, up = ([int((at + 0.5) * figure[3] / size + shift) for at in range(size)] for shift in (-0.01, 0.01))
+    assert down != up or size == 32
+    for rows, columns in ((down, up), (up, down), (up, up)):
+        assert all(picture.getpixel((x, y)) == picture.getpixel((down_x, down_y))
+                   for y, down_y in zip(rows, down) for x, down_x in zip(columns, down))
 
 
 @pytest.mark.parametrize("group", [SHIPS, FIGURES, TILES], ids=["ships", "figures", "tiles"])
