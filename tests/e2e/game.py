@@ -1,7 +1,7 @@
 """The real program in a real window, played as a person would, and looked at.
 
     with Game(folder) as game:
-        game.wait(lambda picture: ship.is_at(picture, (534, 429)), "the ship lies off the island")
+        game.wait(lambda picture: ship.is_at(picture, (768, 288)), "the ship lies off the island")
         game.hold("d", 0.3)
         game.settle("after_sailing")
 

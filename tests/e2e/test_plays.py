@@ -2,16 +2,16 @@
 
 from game import Game, Sprite
 
-# At the shipped zoom, four thirds, a tile is 32 pixels wide, and so are the ship and the figure.
-STEP = 32
+# At the shipped zoom, 1, a tile is 24 pixels wide, and so are the ship and the figure.
+STEP = 24
 SHIP = Sprite(STEP, "ships.png", 0, 64, 32, 32)
 SHIP_LEFT = Sprite(STEP, "ships.png", 0, 32, 32, 32)
-BOAT = Sprite(42, "ships.png", 0, 64, 32, 32)
+BOAT = Sprite(32, "ships.png", 0, 64, 32, 32)
 FIGURE = Sprite(STEP, "link_raw.png", 91, 0, 16, 16)
-ENEMY = Sprite(21, "enemies.png", 0, 0, 16, 16)
-MARKER = Sprite(42, "compass.png", 0, 0, 128, 128)
-ROSE = Sprite(100, "hud_compass.png", 0, 0, 100, 100)
-START = (534, 429)  # where the ship lies in the window at first
+ENEMY = Sprite(16, "enemies.png", 0, 0, 16, 16)
+MARKER = Sprite(32, "compass.png", 0, 0, 128, 128)
+ROSE = Sprite(128, "hud_compass.png", 0, 0, 128, 128)
+START = (768, 288)  # where the ship lies in the window at first
 
 BLUE, GREEN, YELLOW = (0, 0, 255), (0, 255, 0), (255, 255, 0)
 RED, WHITE, GREY, LIGHT_GREY = (255, 0, 0), (255, 255, 255), (128, 128, 128), (200, 200, 200)
@@ -52,9 +52,9 @@ def test_from_the_shipped_start_ashore_and_back(folder):
         game.wait(lambda picture: SHIP.is_at(picture, START), "the ship lies off an island")
         assert game.shape() == (100, 100, 1280, 720)
         first = game.settle("shipped_start")
-        assert ENEMY.is_at(first, (853, 493)) and ENEMY.is_at(first, (246, 461))
-        assert MARKER.is_at(first, (789, 365))
-        assert 0.8 < ROSE.likeness(first, (1220, 60)) < 1.0, "with islands on it"
+        assert ENEMY.is_at(first, (1008, 336)) and ENEMY.is_at(first, (360, 408))
+        assert MARKER.is_at(first, (960, 240))
+        assert 0.8 < ROSE.likeness(first, (1206, 74)) < 1.0, "with islands on it"
 
         game.wait(lambda picture: FIGURE.seek(picture, START[1]), "a figure walks ashore", "d")
         ashore = game.settle("ashore")
