@@ -1,15 +1,15 @@
-"""The radar's dial, 128 x 128 pixels, drawn at that size.
+"""The radar's dial, 118 x 118 pixels, drawn at that size.
 
-Island icons are laid on it: up to 50 pixels from the middle, where they still clear the bezel, and
-20 pixels for each cell of distance. The player's own island is never more than half a cell away on
+Island icons, 9 pixels wide, are laid on it: up to 50 pixels from the middle, where they still clear
+the bezel, and 20 pixels for each cell of distance. A wider dial would reach under the map. The player's own island is never more than half a cell away on
 either axis, so the middle is a ring with a cross, which the points of the rose look at from outside."""
 
 from builder.picture import blank, put
 from builder.shapes import disc, polygon, rectangle
 
-SIZE = 128
-MIDDLE = (128, 128)  # in half pixels, as all places below
-FACE = 113
+SIZE = 118
+MIDDLE = (118, 118)  # in half pixels, as all places below
+FACE = 110
 LETTER = ("X...X",
           "XX..X",
           "X.X.X",
@@ -20,8 +20,8 @@ LETTER = ("X...X",
 def draw(palette):
     """Returns the finished picture."""
     picture = blank(SIZE, SIZE)
-    for radius, colour in ((128, "ink"), (125, "gold_dark"), (123, "gold"), (118, "gold_dark"),
-                           (116, "ink"), (FACE, "navy"),
+    for radius, colour in ((118, "ink"), (116, "gold"), (113, "gold_dark"), (112, "ink"),
+                           (FACE, "navy"),
                            (101, "slate"), (99, "navy"), (81, "slate"), (79, "navy"),
                            (41, "slate"), (39, "navy")):
         disc(picture, MIDDLE, radius, palette[colour])

@@ -15,7 +15,7 @@ TILES = [("image.png", 100, 0, 16), ("image.png", 100, 100, 16),
          ("terrain_transition.png", 48, 64, 16)]
 SHIPS = [("ships.png", 0, y, 32) for y in (0, 32, 64, 96)]
 FIGURES = [("link_raw.png", x, 0, 16) for x in (0, 30, 62, 91)]
-WHOLE = [("hud_compass.png", 0, 0, 128), ("island_icon.png", 0, 0, 11)]
+WHOLE = [("hud_compass.png", 0, 0, 118), ("island_icon.png", 0, 0, 9)]
 SINGLES = [("enemies.png", 0, 0, 16), ("compass.png", 0, 0, 128)]
 
 BUTTON = (260, 20)  # pixels
