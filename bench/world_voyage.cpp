@@ -1,5 +1,5 @@
 // What a long voyage costs: the worst tick, the time from a request to the first drawn frame, and
-// resident memory. Prints a table; not a Google Benchmark, since each figure is a whole run's.
+// memory. Prints a table; not a Google Benchmark, since each figure is a whole run's.
 #include "entities/CameraEntity.h"
 #include "entities/PlayerEntity.h"
 #include "entities/TerrainCellEntity.h"
@@ -11,6 +11,7 @@
 #include <SDL_timer.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -18,6 +19,7 @@
 #include <string>
 #include <vector>
 
+#include <malloc.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -35,6 +37,12 @@ double ResidentMiB() {
     long resident = 0;
     statm >> total >> resident;
     return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1048576.0;
+}
+
+// Bytes allocated and not given back, in all arenas.
+std::int64_t HeapBytes() {
+    const struct mallinfo2 info = mallinfo2();
+    return static_cast<std::int64_t>(info.uordblks + info.hblkhd);
 }
 
 // Moves the ship one tile east, whatever is in the way: land would end the voyage.
@@ -150,32 +158,61 @@ void MeasureFirstFrame(int jumps) {
                 jumps, worst / tick);
 }
 
-// From the shipped start, with land around, through so many cells to the east and back.
-void MeasureMemory(std::int32_t cells) {
+// The enemies and markers of the cells that have been loaded since the last call, at rest.
+class Arrivals {
+public:
+    std::size_t Count(const CellGrid& grid) {
+        std::size_t count = 0;
+        const MutexLock lock(grid.slotLock);
+        for (std::size_t i = 0; i < seen.size(); ++i) {
+            if (seen[i] != grid.slots[i].coords) {
+                seen[i] = grid.slots[i].coords;
+                count += grid.slots[i].spawned.size();
+            }
+        }
+        return count;
+    }
+
+private:
+    std::array<Vec2i, CellGrid::kSlotCount> seen{};
+};
+
+// From the shipped start, with land around, through so many cells to the east and back, a few times
+// over. Each enemy and marker leaves a sprite; the list of sprites is all that may grow from lap to
+// lap.
+void MeasureMemory(std::int32_t cells, int laps) {
     constexpr Vec2i home{81756, 38940};
     BenchGame game(home);
-    game.World().Render();
-    const double start = ResidentMiB();
-    for (std::int32_t cell = 0; cell < cells; ++cell) {
-        PlayerEntity& player = *game.World().player;
-        player.PlaceAt(player.position + Vec2i{kCellSize, 0});
+    Arrivals arrivals;
+    arrivals.Count(game.World().cellGrid);
+    const auto visit = [&](Vec2i place) {
+        game.World().player->PlaceAt(place);
         game.Tick();
         game.Settle();
         game.World().Render();
+        return arrivals.Count(game.World().cellGrid);
+    };
+    std::printf("Memory, %d cells to the east and back, lap by lap\n", cells);
+    for (int lap = 1; lap <= laps; ++lap) {
+        const std::int64_t heap = HeapBytes();
+        const double resident = ResidentMiB();
+        std::size_t sprites = 0;
+        for (std::int32_t cell = 1; cell <= cells; ++cell) {
+            sprites += visit(home + Vec2i{cell * kCellSize, 0});
+        }
+        sprites += visit(home);
+        const std::int64_t grown = HeapBytes() - heap;
+        std::printf("  %zu sprites, heap %+.0f KiB (%.1f bytes per sprite), resident %+.2f MiB\n",
+                    sprites, static_cast<double>(grown) / 1024.0,
+                    static_cast<double>(grown) / static_cast<double>(sprites),
+                    ResidentMiB() - resident);
     }
-    game.World().player->PlaceAt(home);
-    game.Tick();
-    game.Settle();
-    game.World().Render();
-    const double end = ResidentMiB();
-    std::printf("Resident memory: %.2f MiB after start, %.2f MiB after %d cells and back (%+.2f)\n",
-                start, end, cells, end - start);
 }
 
 } // namespace
 
 int main() {
-    MeasureMemory(2000); // first, while the heap is fresh
+    MeasureMemory(2000, 4); // first, while the heap is fresh
     MeasureTicks(320);
     MeasureCrowds(2000);
     MeasureFirstFrame(60);

@@ -122,23 +122,15 @@ Vec2i CellGrid::GetTarget(std::size_t slot) const {
 void CellGrid::RequestCell(std::size_t slot, const GridKey& cell) {
     CellRequest request;
     request.cell = cell;
-    request.land = LandFlag(cell);
+    const ASM_AssetManager& store = *ASM_AssetManager::GetInstance();
+    const ClusterRecord* cluster = store.FindCluster(ClusterKeyOfCell(cell.Coords()).id);
+    request.land = cluster == nullptr ? 0 : cluster->LandFlag(cell.id);
     if (request.land == 1) {
-        request.neighbors = ASM_AssetManager::GetInstance()->GetNeighbors(cell);
+        request.neighbors = store.GetNeighbors(cell);
     }
     if (Retarget(slot, std::move(request))) {
         CMN_TaskManager::GetInstance()->AddTask([this, slot] { ServeRequests(slot); });
     }
-}
-
-std::int32_t CellGrid::LandFlag(const GridKey& cell) const {
-    const std::int32_t clusterId = ClusterKeyOfCell(cell.Coords()).id;
-    for (const ClusterRecord* cluster : clusters) {
-        if (cluster != nullptr && cluster->key.id == clusterId) {
-            return cluster->LandFlag(cell.id);
-        }
-    }
-    return 0;
 }
 
 bool CellGrid::Retarget(std::size_t slot, CellRequest request) {

@@ -50,7 +50,7 @@ public:
     void Update(Vec2i playerPosition) VESK_EXCLUDES(slotLock);
 
     /// Brings a cell into a slot in place of what it shows: the body of a load job. Gives up, with
-    /// the slot left empty, when another request comes in meanwhile. A cell with a negative
+    /// the slot left hidden, when another request comes in meanwhile. A cell with a negative
     /// coordinate empties the slot. Worker thread.
     void LoadCell(std::size_t slot, const CellRequest& request) VESK_EXCLUDES(slotLock);
 
@@ -82,7 +82,6 @@ private:
     void TargetCells(Vec2i center) VESK_EXCLUDES(slotLock);
     Vec2i GetTarget(std::size_t slot) const VESK_EXCLUDES(slotLock);
     void RequestCell(std::size_t slot, const GridKey& cell) VESK_EXCLUDES(slotLock);
-    std::int32_t LandFlag(const GridKey& cell) const;
 
     /// Leaves a request with the slot and hides what it shows; true when the slot has no job yet
     /// that would serve it.

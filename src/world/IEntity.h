@@ -1,9 +1,9 @@
 // The base of everything that lives in the world. The world manager owns and deletes every entity.
 #pragma once
 
-#include <atomic>
-
 #include "gfx/Vec2.h"
+
+#include <atomic>
 
 class IEntity {
 public:

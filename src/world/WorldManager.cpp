@@ -27,10 +27,9 @@ WorldManager::WorldManager() = default;
 
 WorldManager::~WorldManager() {
     entities.clear();
-    ownedCamera.reset();
+    camera.reset();
     const MutexLock lock(callbackLock);
     callbacks.clear();
-    arriving.clear();
 }
 
 bool WorldManager::Init() {
@@ -81,8 +80,7 @@ void WorldManager::InitPlayer() {
 
 void WorldManager::InitCamera() {
     const float startZoom = CMN_ConfigurationManager::GetInstance()->startZoom;
-    ownedCamera = std::make_unique<CameraEntity>();
-    camera = ownedCamera.get();
+    camera = std::make_unique<CameraEntity>();
     if (startZoom >= kMinStartZoom && startZoom <= kMaxStartZoom) {
         camera->zoom = startZoom;
     }
@@ -126,21 +124,11 @@ void WorldManager::UpdateEntities() {
 }
 
 void WorldManager::DrainCallbacks() {
-    draining = true;
-    {
-        const MutexLock lock(callbackLock);
-        for (const std::function<void()>& callback : callbacks) {
-            callback();
-        }
-        callbacks.clear();
-        // Their callbacks have just made them the world's own; nothing has been deleted yet.
-        for (std::unique_ptr<IEntity>& entity : arriving) {
-            static_cast<void>(entity.release());
-        }
-        arriving.clear();
+    const MutexLock lock(callbackLock);
+    for (const std::function<void()>& callback : callbacks) {
+        callback();
     }
-    draining = false;
-    FlushRemovals(); // outside the lock, for which workers may be waiting
+    callbacks.clear();
 }
 
 void WorldManager::Render() {
@@ -170,26 +158,21 @@ void WorldManager::AddEntity(IEntity* entity, std::int32_t layer) {
 }
 
 void WorldManager::RemoveEntity(IEntity* entity) {
-    removals.push_back(entity);
-    if (!draining) {
-        FlushRemovals();
+    std::unique_ptr<IEntity> removed; // deleted once no layer points to it
+    const auto owned = std::find_if(
+        entities.begin(), entities.end(),
+        [entity](const std::unique_ptr<IEntity>& other) { return other.get() == entity; });
+    if (owned != entities.end()) {
+        removed = std::move(*owned);
+        entities.erase(owned);
     }
-}
-
-void WorldManager::FlushRemovals() {
-    if (removals.empty()) {
-        return;
-    }
-    // One pass over each list for all of them: a step into another cell removes hundreds at once.
-    std::sort(removals.begin(), removals.end(), std::less<>());
-    const auto isRemoved = [this](const IEntity* entity) {
-        return std::binary_search(removals.begin(), removals.end(), entity, std::less<>());
-    };
     for (std::vector<IEntity*>& layer : layers) {
-        std::erase_if(layer, isRemoved);
+        const auto found = std::find(layer.begin(), layer.end(), entity);
+        if (found != layer.end()) {
+            layer.erase(found);
+            return;
+        }
     }
-    std::erase_if(entities, [&](const std::unique_ptr<IEntity>& e) { return isRemoved(e.get()); });
-    removals.clear();
 }
 
 TerrainCellEntity* WorldManager::CreateTerrainCellEntity() {
@@ -212,7 +195,7 @@ void WorldManager::QueueCallback(std::function<void()> callback) {
 }
 
 void WorldManager::QueueEntity(std::unique_ptr<IEntity> entity, std::int32_t layer) {
-    const MutexLock lock(callbackLock);
-    callbacks.emplace_back([this, added = entity.get(), layer] { AddEntity(added, layer); });
-    arriving.push_back(std::move(entity));
+    // Shared, because a std::function must be copyable; a callback that never runs deletes it.
+    const auto held = std::make_shared<std::unique_ptr<IEntity>>(std::move(entity));
+    QueueCallback([this, held, layer] { AddEntity(held->release(), layer); });
 }

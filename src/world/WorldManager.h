@@ -6,17 +6,18 @@
 // callback lock and before the graphics manager's render lock.
 #pragma once
 
+#include "app/CMN_Singleton.h"
+#include "common/Mutex.h"
+#include "gfx/Vec2.h"
+#include "world/CellGrid.h"
+#include "world/IEntity.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
-
-#include "app/CMN_Singleton.h"
-#include "common/Mutex.h"
-#include "world/CellGrid.h"
-#include "world/IEntity.h"
 
 class AnchoredBoatEntity;
 class CameraEntity;
@@ -52,8 +53,7 @@ public:
     void AddEntity(IEntity* entity, std::int32_t layer);
 
     /// Takes an entity out of the world and deletes it; one that is not in the world is only taken
-    /// out of its layer. Within a drain of the callback queue the removals happen together at the
-    /// drain's end. Not from an entity's own Update: queue a callback there.
+    /// out of the first layer that holds it. Not from an entity's Update: queue a callback there.
     void RemoveEntity(IEntity* entity);
 
     /// A new terrain entity in layer 0, owned by the world.
@@ -66,21 +66,23 @@ public:
     /// the order queued. Any thread, but no callback may call it.
     void QueueCallback(std::function<void()> callback) VESK_EXCLUDES(callbackLock);
 
-    /// Hands an entity over: queues a callback that adds it to a layer, and owns it from now on.
-    /// Any thread, but no callback may call it.
+    /// Hands an entity over: queues a callback that owns it and adds it to a layer. Any thread, but
+    /// no callback may call it.
     void QueueEntity(std::unique_ptr<IEntity> entity, std::int32_t layer)
         VESK_EXCLUDES(callbackLock);
 
     PlayerEntity* player = nullptr;
-    CameraEntity* camera = nullptr; ///< in no layer
+    std::unique_ptr<CameraEntity> camera; ///< in no layer and not among the entities
     AnchoredBoatEntity* anchoredBoat = nullptr;
     MapEntity* map = nullptr;
     DebugMenuEntity* debugMenu = nullptr;
-
-    std::vector<std::unique_ptr<IEntity>> entities; ///< all but the camera, in the order added
-    std::array<std::vector<IEntity*>, kLayerCount> layers;
+    std::vector<std::unique_ptr<IEntity>> entities;        ///< in the order added and updated
+    std::array<std::vector<IEntity*>, kLayerCount> layers; ///< each in the order added and drawn
+    Mutex worldLock;
     CellGrid cellGrid;
     std::int32_t mapMode = 0; ///< 0 normal view, 1 map view
+    Mutex callbackLock;
+    std::vector<std::function<void()>> callbacks VESK_GUARDED_BY(callbackLock); ///< oldest first
 
     // Debug drawing, switched by the debug menu.
     bool renderCellBorder = false;
@@ -98,14 +100,4 @@ private:
     void ToggleMap();
     void UpdateEntities();
     void DrainCallbacks() VESK_EXCLUDES(callbackLock);
-    void FlushRemovals();
-
-    Mutex worldLock;
-    Mutex callbackLock;
-    std::vector<std::function<void()>> callbacks VESK_GUARDED_BY(callbackLock);
-    /// Handed over, but their callbacks have not run yet.
-    std::vector<std::unique_ptr<IEntity>> arriving VESK_GUARDED_BY(callbackLock);
-    std::vector<IEntity*> removals; ///< collected during a drain
-    bool draining = false;
-    std::unique_ptr<CameraEntity> ownedCamera;
 };

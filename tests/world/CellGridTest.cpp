@@ -187,6 +187,22 @@ TEST_F(CellGridTest, ARetargetedSlotHidesItsCellAtOnceAndDropsItsEntitiesAfterTh
     CheckWorldAtRest(model);
 }
 
+TEST_F(CellGridTest, ALoadOfANegativeCellEmptiesItsSlot) {
+    GoTo(kLand);
+    game.Settle();
+    std::size_t land = 0;
+    while (SlotAt(land).spawned.empty()) {
+        ++land;
+    }
+    const std::size_t before = game.World().entities.size();
+    const std::size_t spawned = SlotAt(land).spawned.size();
+    game.World().cellGrid.LoadCell(land, {CellKey({-1, 4}), 1, {}});
+    game.TickOnly();
+    EXPECT_EQ(SlotAt(land).coords, (Vec2i{-1, -1}));
+    EXPECT_FALSE(SlotAt(land).cellEntity->active);
+    EXPECT_EQ(game.World().entities.size(), before - spawned);
+}
+
 TEST(CellGridWithoutWorkersTest, ShowsWaterAndTheQueueDoesNotGrow) {
     const QuietStderr quiet;
     GameHarness game({.start = CenterOf(kLand), .hardwareThreads = 1});

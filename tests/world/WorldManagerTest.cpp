@@ -207,20 +207,26 @@ TEST(WorldManagerTest, RemovesEntitiesAndKeepsTheOrderOfTheRest) {
     }
     const std::size_t before = world.entities.size();
     world.RemoveEntity(probes[1]);
-    EXPECT_EQ(destroyed, 1) << "at once outside a drain";
+    EXPECT_EQ(destroyed, 1);
     EXPECT_EQ(world.entities.size(), before - 1);
-    world.QueueCallback([&] { world.RemoveEntity(probes[2]); });
+    world.QueueCallback([&] {
+        world.RemoveEntity(probes[2]);
+        EXPECT_EQ(destroyed, 2) << "at once within a drain as well";
+    });
     game.Tick();
     EXPECT_EQ(destroyed, 2);
     EXPECT_EQ(log, (Log{"update a", "update c", "update d", "render a", "render d"}));
     EXPECT_EQ(world.layers[2], (std::vector<IEntity*>{probes[0], probes[3]}));
 
-    // One that the world does not own only leaves its layer.
+    // One that the world does not own only leaves the first layer that holds it.
     auto stranger = std::make_unique<ProbeEntity>();
     stranger->onDestroy = [&destroyed] { ++destroyed; };
+    world.layers[1].push_back(stranger.get());
     world.layers[4].push_back(stranger.get());
     world.RemoveEntity(stranger.get());
-    EXPECT_EQ(world.layers[4].size(), 1U);
+    EXPECT_TRUE(world.layers[1].empty());
+    EXPECT_EQ(world.layers[4].size(), 2U);
+    world.layers[4].pop_back();
     EXPECT_EQ(destroyed, 2);
     EXPECT_EQ(world.entities.size(), before - 2);
 }
@@ -253,8 +259,14 @@ TEST(WorldManagerTest, OwnsWhatIsHandedOverWhetherItStaysLeavesOrNeverEnters) {
         EXPECT_EQ(destroyed, 1);
         EXPECT_EQ(world.entities.size(), before + 1);
         EXPECT_EQ(world.layers[2], std::vector<IEntity*>{&staying});
+        ProbeEntity* late = nullptr;
+        world.QueueCallback([&] { world.RemoveEntity(late); });
+        late = &HandOver(world, 2, &destroyed);
+        game.Tick();
+        EXPECT_EQ(world.layers[2], (std::vector<IEntity*>{&staying, late}))
+            << "a removal queued before the addition finds nothing";
         HandOver(world, 2, &destroyed);
         EXPECT_EQ(destroyed, 1);
     }
-    EXPECT_EQ(destroyed, 3);
+    EXPECT_EQ(destroyed, 4);
 }
