@@ -15,12 +15,12 @@ constexpr std::uint8_t kFullCover = 15;
 // overlays are the game's, as far as it shows them.
 constexpr std::array<Color, 16> kColors{{
     {12, 16, 24},    // void
-    {34, 99, 140},   // sea: image.png at (100, 0)
-    {31, 91, 130},   // sea of every other cluster
-    {127, 91, 61},   // hallway: image.png at (100, 100)
-    {90, 133, 71},   // room: terrain_transition.png at (48, 64)
-    {122, 172, 84},  // land of a whole cell
-    {236, 214, 152}, // its shore
+    {33, 98, 139},   // sea: image.png at (100, 0)
+    {30, 90, 129},   // sea of every other cluster
+    {105, 107, 115}, // hallway: image.png at (100, 100)
+    {160, 134, 80},  // room: terrain_transition.png at (48, 64)
+    {198, 166, 98},  // land of a whole cell
+    {244, 228, 176}, // its shore
     {62, 124, 163},  // grid
     {214, 232, 240}, // label
     {255, 0, 0},     // border
