@@ -19,8 +19,8 @@
 #include <CGAL/Exact_predicates_inexact_constructions_kernel.h>
 #endif
 
+#include "gen/Random.h"
 #include "gen/Triangulate.h"
-#include "gen/UniformInt.h"
 
 namespace {
 

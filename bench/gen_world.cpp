@@ -13,9 +13,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include "gen/BuildNeighborGraph.h"
+#include "gen/Clusters.h"
 #include "gen/GEN_DungeonGenerator.h"
-#include "gen/GenerateCluster.h"
 #include "gen/Triangulate.h"
 
 namespace {

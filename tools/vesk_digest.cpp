@@ -4,7 +4,7 @@
 //   vesk_digest neighbors X0 Y0 X1 Y1      the neighbour maps of the 3 x 3 blocks around them
 //   vesk_digest dungeons X0 Y0 X1 Y1 [N]   the dungeons of these cells, with N neighbours (0)
 //   vesk_digest sample                     a wide sample of all three, wrapping keys included
-//   vesk_digest golden                     a smaller sample, one line a record, for the tests
+//   vesk_digest golden                     a smaller sample, one line per record, for the tests
 //
 // A range gets a line with the number of records and one digest; with --each as the last word, a
 // line for each record before it. Coordinates are those of clusters or cells, from -2^31 to
@@ -22,8 +22,8 @@
 #include <string_view>
 #include <vector>
 
-#include "gen/UniformInt.h"
-#include "gen/WorldDigest.h"
+#include "WorldDigest.h"
+#include "gen/Random.h"
 #include "gfx/Vec2.h"
 
 namespace {

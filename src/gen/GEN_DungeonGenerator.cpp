@@ -1,77 +1,197 @@
 #include "gen/GEN_DungeonGenerator.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <utility>
 #include <vector>
 
-#include "gen/DungeonEdges.h"
-#include "gen/DungeonHallways.h"
-#include "gen/DungeonRooms.h"
-#include "gen/Twister.h"
-#include "gen/UniformInt.h"
+#include "gen/Triangulate.h"
 
 namespace {
 
+constexpr std::size_t kPlacementAttempts = 100; // so also the most rooms
+constexpr std::int32_t kLastTile = kCellTiles - 1;
+constexpr float kMainRoomShare = 0.4f;  // of the largest room's side
+constexpr float kExtraEdgeShare = 0.3f; // of the spanning tree's edges
+constexpr std::size_t kUsualNeighbors = 16;
 constexpr std::int32_t kTilesPerEnemy = 20;
 
-// Everything but the rooms and the adjacency, which their steps overwrite in place.
-void ClearRecord(DungeonRecord& record) {
+// A corridor runs from two tiles before its centre line to the tile after it.
+constexpr std::int32_t kBeforeLine = 2;
+constexpr std::int32_t kAfterLine = 1;
+
+void Clear(DungeonRecord& record) {
+    for (DungeonRoom& room : record.rooms) {
+        room.spawnPoints.clear(); // PlaceRooms overwrites the rest, so that the lists' memory stays
+    }
     record.edges.clear();
     record.mainRooms.clear();
     record.hallwayEdges.clear();
     record.hallways.clear();
+    record.adjacency.clear();
     record.compassPoints.clear();
     record.tiles.fill(kTileEmpty);
 }
 
-// Draws tiles of a room, x before y.
-class TileDraw {
-public:
-    explicit TileDraw(const DungeonRoom& room)
-        : columns(room.minCorner.x, room.minCorner.x + room.w - 1),
-          rows(room.minCorner.y, room.minCorner.y + room.h - 1) {}
+// The placed rooms' sides, an array for each of the four, so that a new room is held against
+// several rooms at once.
+struct PlacedRooms {
+    using Sides = std::array<std::int32_t, kPlacementAttempts>;
 
-    Vec2i operator()(Twister& rng) const {
-        const std::int32_t x = columns(rng);
-        return {x, rows(rng)};
+    Sides left, right, bottom, top;
+    std::size_t count = 0;
+
+    /// Does the room overlap a placed one? Rooms whose sides coincide touch as well.
+    bool Touch(const DungeonRoom& room) const {
+        const std::int32_t roomRight = room.x + room.w;
+        const std::int32_t roomBottom = room.y - room.h;
+        std::int32_t allApart = -1; // negative while every room is
+        for (std::size_t i = 0; i < count; ++i) {
+            // Negative when one of the four distances is: when the rooms are apart on that side.
+            allApart &= (roomRight - left[i]) | (right[i] - room.x) | (room.y - bottom[i]) |
+                        (top[i] - roomBottom);
+        }
+        return allApart >= 0;
     }
 
-private:
-    UniformRange columns;
-    UniformRange rows;
+    void Add(const DungeonRoom& room) {
+        left[count] = room.x;
+        right[count] = room.x + room.w;
+        bottom[count] = room.y - room.h;
+        top[count] = room.y;
+        ++count;
+    }
 };
 
-void PlaceEnemies(std::int32_t seed, Twister& rng, DungeonRecord& record) {
-    for (const std::int32_t id : record.mainRooms) {
-        DungeonRoom& room = record.Room(id);
-        const std::int32_t most = room.w * room.h / kTilesPerEnemy;
-        const std::int32_t count = most > 0 ? std::max(seed % most, 0) : 0;
-        room.spawnPoints.resize(static_cast<std::size_t>(count));
-        const TileDraw draw(room);
-        for (Vec2i& point : room.spawnPoints) {
-            point = draw(rng);
-        }
+void AddEdge(std::int32_t a, std::int32_t b, DungeonRecord& record) {
+    const Vec2i d = record.Room(b).center - record.Room(a).center;
+    record.edges.push_back({a, b, d.x * d.x + d.y * d.y});
+}
+
+// An edge's rank: shorter ones first, of equally long ones the first of the record's `edges`.
+using Rank = std::int32_t;
+constexpr Rank kNoEdge = std::numeric_limits<Rank>::max();
+constexpr Rank kMaxEdges = 1024;
+static_assert(kMaxEdges > 6 * kPlacementAttempts,
+              "three edges per triangle, two triangles per room");
+static_assert(2 * kCellTiles * kCellTiles < kNoEdge / kMaxEdges);
+
+// The first edge by rank between every two rooms, in rows of one room's edges to each other room.
+// Rooms are few and edges join most near neighbours, so that a table of all pairs serves best: a
+// step of the tree is a walk along a row, without a branch.
+std::vector<Rank> RankEdges(const DungeonRecord& record) {
+    const std::size_t rooms = record.rooms.size();
+    std::vector<Rank> ranks(rooms * rooms, kNoEdge);
+    for (std::size_t i = 0; i < record.edges.size(); ++i) {
+        const auto& [a, b, lengthSquared] = record.edges[i];
+        const std::size_t from = static_cast<std::size_t>(a);
+        const std::size_t to = static_cast<std::size_t>(b);
+        const Rank rank = lengthSquared * kMaxEdges + static_cast<Rank>(i);
+        ranks[from * rooms + to] = std::min(rank, ranks[from * rooms + to]);
+        ranks[to * rooms + from] = ranks[from * rooms + to];
+    }
+    return ranks;
+}
+
+void AddHallway(Vec2i minCorner, Vec2i maxCorner, DungeonRecord& record) {
+    DungeonRoom& hallway = record.hallways.emplace_back();
+    hallway.w = maxCorner.x - minCorner.x;
+    hallway.h = maxCorner.y - minCorner.y;
+    hallway.minCorner = minCorner;
+    hallway.maxCorner = maxCorner;
+}
+
+bool Within(float value, std::int32_t low, std::int32_t high) {
+    return value >= static_cast<float>(low) && value <= static_cast<float>(high);
+}
+
+void AddVertical(const DungeonRoom& a, const DungeonRoom& b, std::int32_t x,
+                 DungeonRecord& record) {
+    const auto& [lower, upper] =
+        std::minmax(a, b, [](const auto& r, const auto& s) { return r.center.y < s.center.y; });
+    AddHallway({x - kBeforeLine, lower.maxCorner.y}, {x + kAfterLine, upper.minCorner.y}, record);
+}
+
+void AddHorizontal(const DungeonRoom& a, const DungeonRoom& b, std::int32_t y,
+                   DungeonRecord& record) {
+    const auto& [left, right] =
+        std::minmax(a, b, [](const auto& r, const auto& s) { return r.center.x < s.center.x; });
+    AddHallway({left.maxCorner.x, y - kBeforeLine}, {right.minCorner.x, y + kAfterLine}, record);
+}
+
+// Along a's centre row, then along b's centre column.
+void AddCorner(const DungeonRoom& a, const DungeonRoom& b, DungeonRecord& record) {
+    const Vec2i low{b.center.x - kBeforeLine, a.center.y - kBeforeLine};
+    const Vec2i high{b.center.x + kAfterLine, a.center.y + kAfterLine};
+    if (a.center.x < b.center.x) {
+        AddHallway({a.maxCorner.x, low.y}, high, record);
+    } else {
+        AddHallway(low, {a.minCorner.x, high.y}, record);
+    }
+    if (a.center.y < b.center.y) {
+        AddHallway(low, {high.x, b.minCorner.y}, record);
+    } else {
+        AddHallway({low.x, b.maxCorner.y}, high, record);
     }
 }
 
-// Floyd's sampling: each set of `count` main rooms is as likely as any other.
-std::vector<std::int32_t> ChooseRooms(std::size_t count, const std::vector<std::int32_t>& rooms,
-                                      Twister& rng) {
-    std::vector<std::int32_t> chosen;
-    chosen.reserve(count);
-    for (std::size_t j = rooms.size() - count; j < rooms.size(); ++j) {
-        const std::int32_t r = UniformInt(rng, 0, static_cast<std::int32_t>(j));
-        const std::int32_t drawn = rooms[static_cast<std::size_t>(r)];
-        const bool taken = std::find(chosen.begin(), chosen.end(), drawn) != chosen.end();
-        chosen.push_back(taken ? rooms[j] : drawn);
+void AddHallways(const DungeonRoom& a, const DungeonRoom& b, DungeonRecord& record) {
+    const Vec2f mid = ToVec2f(a.center + b.center) * 0.5f;
+    const Vec2i line = ToVec2i(mid);
+    const auto inColumns = [mid](const DungeonRoom& room) {
+        return Within(mid.x, room.minCorner.x, room.maxCorner.x);
+    };
+    const auto inRows = [mid](const DungeonRoom& room) {
+        return Within(mid.y, room.minCorner.y, room.maxCorner.y);
+    };
+    if (inColumns(a) && inColumns(b)) {
+        AddVertical(a, b, line.x, record);
+    } else if (inRows(a) && inRows(b)) {
+        AddHorizontal(a, b, line.y, record);
+    } else {
+        AddCorner(a, b, record);
     }
-    return chosen;
 }
 
-void PlaceCompassPoints(std::size_t neighborCount, Twister& rng, DungeonRecord& record) {
-    const std::size_t count = std::min(neighborCount, record.mainRooms.size());
-    for (const std::int32_t id : ChooseRooms(count, record.mainRooms, rng)) {
-        record.compassPoints.push_back(TileDraw(record.Room(id))(rng));
+template <std::ptrdiff_t size>
+void FillEnds(std::uint8_t* row, std::ptrdiff_t width, std::uint8_t tile) {
+    std::fill_n(row, size, tile);
+    std::fill_n(row + width - size, size, tile);
+}
+
+// Most rows are as wide as a corridor or a room: writes of fixed sizes, which may overlap, are much
+// faster there than a loop over a size that is not known beforehand.
+void PaintRow(std::uint8_t* row, std::ptrdiff_t width, std::uint8_t tile) {
+    if (width == kBeforeLine + kAfterLine) {
+        std::fill_n(row, kBeforeLine + kAfterLine, tile);
+    } else if (width >= 8 && width <= 16) {
+        FillEnds<8>(row, width, tile);
+    } else if (width > 16 && width <= 32) {
+        FillEnds<16>(row, width, tile);
+    } else {
+        std::fill_n(row, width, tile);
     }
+}
+
+// Cutting to the cell keeps every write inside the tiles, whatever rectangle comes in; one without
+// width or height paints nothing.
+void Paint(const DungeonRoom& area, std::uint8_t tile, DungeonRecord& record) {
+    const std::int32_t left = std::clamp(area.minCorner.x, 0, kCellTiles);
+    const std::int32_t right = std::clamp(area.maxCorner.x, left, kCellTiles);
+    const std::int32_t top = std::min(area.maxCorner.y, kCellTiles);
+    for (std::int32_t y = std::max(area.minCorner.y, 0); y < top; ++y) {
+        std::uint8_t* const row = record.tiles.data() + std::ptrdiff_t{y} * kCellTiles;
+        PaintRow(row + left, right - left, tile);
+    }
+}
+
+// A tile of an area, x drawn before y.
+Vec2i DrawTile(Vec2i corner, Vec2i size, Twister& rng) {
+    const std::int32_t x = UniformInt(rng, 0, size.x - 1);
+    const std::int32_t y = UniformInt(rng, 0, size.y - 1);
+    return corner + Vec2i{x, y};
 }
 
 } // namespace
@@ -82,18 +202,168 @@ void GEN_DungeonGenerator::Generate(const GridKey& cellKey, DungeonRecord& recor
 
 void GEN_DungeonGenerator::Generate(const GridKey& cellKey, std::size_t neighborCount,
                                     DungeonRecord& record) const {
-    ClearRecord(record);
+    Clear(record);
     const std::int32_t seed = CellKey(cellKey.Coords()).id;
-    // Both engines start from the seed, so the second repeats the numbers that placed the rooms.
     Twister rng(static_cast<std::uint32_t>(seed));
-    Twister roomRng = rng;
-
-    std::vector<DelaunayPoint> centres = PlaceRooms({minRoomSize, maxRoomSize}, roomRng, record);
-    TriangulateMainRooms(centres, record);
+    PlaceRooms(rng, record); // from a copy, so that the later draws repeat those of the rooms
+    TriangulateMainRooms(record);
     BuildSpanningTree(record);
     AddExtraEdges(record);
     BuildHallways(record);
     PaintTiles(record);
     PlaceEnemies(seed, rng, record);
     PlaceCompassPoints(neighborCount, rng, record);
+}
+
+void GEN_DungeonGenerator::PlaceRooms(Twister rng, DungeonRecord& record) const {
+    const auto mainSize =
+        static_cast<std::int32_t>(static_cast<float>(maxRoomSize) * kMainRoomShare);
+    PlacedRooms placed;
+    record.rooms.resize(kPlacementAttempts);
+    for (std::size_t attempt = 0; attempt < kPlacementAttempts; ++attempt) {
+        DungeonRoom& room = record.rooms[placed.count];
+        room.x = UniformInt(rng, 0, kLastTile);
+        room.y = UniformInt(rng, 0, kLastTile);
+        room.w = UniformInt(rng, minRoomSize, maxRoomSize);
+        room.h = UniformInt(rng, minRoomSize, maxRoomSize);
+        room.w = std::min(room.w, kLastTile - room.x);
+        room.h = std::min(room.h, room.y);
+        if (room.w < minRoomSize || room.h < minRoomSize || placed.Touch(room)) {
+            continue;
+        }
+        room.center = {room.x + room.w / 2, room.y - room.h / 2};
+        room.minCorner = {room.x, room.y - room.h};
+        room.maxCorner = {room.x + room.w, room.y};
+        if (room.w >= mainSize && room.h >= mainSize) {
+            record.mainRooms.push_back(static_cast<std::int32_t>(placed.count));
+        }
+        placed.Add(room);
+    }
+    record.rooms.resize(placed.count);
+}
+
+void GEN_DungeonGenerator::TriangulateMainRooms(DungeonRecord& record) {
+    std::vector<DelaunayPoint> points;
+    points.reserve(record.mainRooms.size());
+    for (const std::int32_t id : record.mainRooms) {
+        DelaunayPoint& point = points.emplace_back();
+        point.id = id;
+        point.x = static_cast<float>(record.Room(id).center.x);
+        point.y = static_cast<float>(record.Room(id).center.y);
+    }
+    std::vector<DelaunayTriangle> triangles;
+    Triangulate(points, triangles);
+    std::vector<std::vector<std::int32_t>> neighbors(record.rooms.size());
+    const auto join = [&neighbors](std::int32_t room, std::int32_t first, std::int32_t second) {
+        std::vector<std::int32_t>& list = neighbors[static_cast<std::size_t>(room)];
+        if (list.empty()) {
+            list.reserve(kUsualNeighbors);
+        }
+        list.push_back(first);
+        list.push_back(second);
+    };
+    for (const DelaunayTriangle& t : triangles) {
+        AddEdge(t.a, t.b, record);
+        AddEdge(t.b, t.c, record);
+        AddEdge(t.c, t.a, record);
+        join(t.a, t.b, t.c);
+        join(t.b, t.a, t.c);
+        join(t.c, t.b, t.a);
+    }
+    for (std::size_t room = 0; room < neighbors.size(); ++room) {
+        if (!neighbors[room].empty()) {
+            record.adjacency.emplace_hint(record.adjacency.end(), room, std::move(neighbors[room]));
+        }
+    }
+}
+
+// Prim's algorithm.
+void GEN_DungeonGenerator::BuildSpanningTree(DungeonRecord& record) {
+    if (record.adjacency.size() < 2) {
+        return;
+    }
+    const std::size_t rooms = record.rooms.size();
+    const std::vector<Rank> ranks = RankEdges(record);
+    std::vector<Rank> nearest(rooms, kNoEdge); // by room outside the tree: its first edge into it
+    std::vector<Rank> inTree(rooms, 0);        // by room: kNoEdge once it is in the tree
+    const auto index = [](std::int32_t room) { return static_cast<std::size_t>(room); };
+    std::int32_t joined = record.mainRooms[0];
+    for (std::size_t vertices = 1; vertices < record.adjacency.size(); ++vertices) {
+        inTree[index(joined)] = kNoEdge;
+        const Rank* const row = ranks.data() + index(joined) * rooms;
+        Rank first = kNoEdge;
+        for (std::size_t room = 0; room < rooms; ++room) {
+            nearest[room] = std::max(std::min(nearest[room], row[room]), inTree[room]);
+            first = std::min(first, nearest[room]);
+        }
+        if (first == kNoEdge) {
+            return;
+        }
+        const DungeonEdge& edge = record.edges[index(first % kMaxEdges)];
+        record.hallwayEdges.push_back(edge);
+        joined = inTree[index(edge.a)] == kNoEdge ? edge.b : edge.a;
+    }
+}
+
+void GEN_DungeonGenerator::AddExtraEdges(DungeonRecord& record) {
+    const std::size_t tree = record.hallwayEdges.size();
+    const auto extra =
+        static_cast<std::size_t>(std::ceil(static_cast<float>(tree) * kExtraEdgeShare));
+    for (const DungeonEdge& edge : record.edges) {
+        if (record.hallwayEdges.size() == tree + extra) {
+            return;
+        }
+        const auto same = [&edge](const DungeonEdge& other) {
+            return edge.a == other.a && edge.b == other.b;
+        };
+        if (std::none_of(record.hallwayEdges.begin(), record.hallwayEdges.end(), same)) {
+            record.hallwayEdges.push_back(edge);
+        }
+    }
+}
+
+void GEN_DungeonGenerator::BuildHallways(DungeonRecord& record) {
+    for (const DungeonEdge& edge : record.hallwayEdges) {
+        AddHallways(record.Room(edge.a), record.Room(edge.b), record);
+    }
+}
+
+void GEN_DungeonGenerator::PaintTiles(DungeonRecord& record) {
+    for (const DungeonRoom& hallway : record.hallways) {
+        Paint(hallway, kTileHallway, record);
+    }
+    for (const std::int32_t id : record.mainRooms) {
+        Paint(record.Room(id), kTileRoom, record);
+    }
+}
+
+void GEN_DungeonGenerator::PlaceEnemies(std::int32_t seed, Twister& rng, DungeonRecord& record) {
+    for (const std::int32_t id : record.mainRooms) {
+        DungeonRoom& room = record.Room(id);
+        const std::int32_t most = room.w * room.h / kTilesPerEnemy;
+        const std::int32_t count = most > 0 ? std::max(seed % most, 0) : 0;
+        room.spawnPoints.resize(static_cast<std::size_t>(count));
+        const Vec2i corner = room.minCorner;
+        const Vec2i size{room.w, room.h};
+        for (Vec2i& point : room.spawnPoints) {
+            point = DrawTile(corner, size, rng);
+        }
+    }
+}
+
+void GEN_DungeonGenerator::PlaceCompassPoints(std::size_t neighborCount, Twister& rng,
+                                              DungeonRecord& record) {
+    const std::vector<std::int32_t>& rooms = record.mainRooms;
+    std::vector<std::int32_t> chosen; // by Floyd's sampling: every set is as likely as the others
+    for (std::size_t j = rooms.size() - std::min(neighborCount, rooms.size()); j < rooms.size();
+         ++j) {
+        const std::int32_t r = UniformInt(rng, 0, static_cast<std::int32_t>(j));
+        const std::int32_t drawn = rooms[static_cast<std::size_t>(r)];
+        const bool taken = std::find(chosen.begin(), chosen.end(), drawn) != chosen.end();
+        chosen.push_back(taken ? rooms[j] : drawn);
+    }
+    for (const std::int32_t id : chosen) {
+        const DungeonRoom& room = record.Room(id);
+        record.compassPoints.push_back(DrawTile(room.minCorner, {room.w, room.h}, rng));
+    }
 }

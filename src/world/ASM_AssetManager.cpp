@@ -1,8 +1,7 @@
 #include "world/ASM_AssetManager.h"
 
-#include "gen/BuildNeighborGraph.h"
+#include "gen/Clusters.h"
 #include "gen/GEN_DungeonGenerator.h"
-#include "gen/GenerateCluster.h"
 #include "gfx/GFX_GraphicsManager.h"
 
 #include <array>

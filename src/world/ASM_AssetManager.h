@@ -8,7 +8,7 @@
 
 #include "app/CMN_Singleton.h"
 #include "common/Mutex.h"
-#include "gen/ClusterRecord.h"
+#include "gen/Clusters.h"
 #include "gen/DungeonRecord.h"
 #include "gen/GridKey.h"
 #include "world/RecordTable.h"

@@ -8,7 +8,7 @@
 #pragma once
 
 #include "common/Mutex.h"
-#include "gen/ClusterRecord.h"
+#include "gen/Clusters.h"
 #include "gen/DungeonRecord.h"
 #include "gen/GridKey.h"
 #include "gfx/Vec2.h"

@@ -2,7 +2,7 @@
 
 #include "entities/CameraEntity.h"
 #include "entities/PlayerEntity.h"
-#include "gen/GenerateCluster.h"
+#include "gen/Clusters.h"
 #include "gfx/GFX_GraphicsManager.h"
 #include "support/GameHarness.h"
 #include "support/SolidTexture.h"

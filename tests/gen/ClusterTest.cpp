@@ -1,4 +1,4 @@
-#include "gen/GenerateCluster.h"
+#include "gen/Clusters.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -67,22 +67,6 @@ TEST(GenerateCluster, KeepsIdsAscendingWhereTheyWrap) {
         }
     }
     EXPECT_GT(wrapped, 0);
-}
-
-TEST(CellFlagMap, BehavesLikeAnOrderedMap) {
-    CellFlagMap map;
-    EXPECT_TRUE(map.empty());
-    EXPECT_EQ(map.find(3), map.end());
-    map[5] = 1;
-    map[-7] = 1;
-    map[3] = 0;
-    map[5] = 0;
-    EXPECT_EQ(map.size(), 3u);
-    EXPECT_EQ(map.begin()->first, -7);
-    EXPECT_EQ(map.find(5)->second, 0);
-    EXPECT_EQ(map.find(4), map.end());
-    map.clear();
-    EXPECT_TRUE(map.empty());
 }
 
 } // namespace

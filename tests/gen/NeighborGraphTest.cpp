@@ -1,4 +1,4 @@
-#include "gen/BuildNeighborGraph.h"
+#include "gen/Clusters.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -7,9 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "WorldDigest.h"
 #include "gen/ErrorCapture.h"
-#include "gen/GenerateCluster.h"
-#include "gen/WorldDigest.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <set>
 #include <utility>
 
-#include "gen/UniformInt.h"
+#include "gen/Random.h"
 
 namespace {
 

@@ -16,8 +16,8 @@
 
 #include "gen/ErrorCapture.h"
 #include "gen/PointSets.h"
+#include "gen/Random.h"
 #include "gen/ReferenceTriangulate.h"
-#include "gen/UniformInt.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "gen/UniformInt.h"
+#include "gen/Random.h"
 
 #include <cstdint>
 #include <limits>
@@ -6,8 +6,6 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-
-#include "gen/Twister.h"
 
 namespace {
 

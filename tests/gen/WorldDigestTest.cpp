@@ -1,6 +1,6 @@
 // The world is the same whatever was generated before, in whatever order and on however many
 // threads, and the same as when the golden file was written.
-#include "gen/WorldDigest.h"
+#include "WorldDigest.h"
 
 #include <algorithm>
 #include <atomic>

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "gen/Twister.h"
+#include "gen/Random.h"
 
 namespace {
 

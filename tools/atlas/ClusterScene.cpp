@@ -8,7 +8,7 @@
 #include "atlas/Parallel.h"
 #include "atlas/Records.h"
 #include "atlas/Scenes.h"
-#include "gen/GenerateCluster.h"
+#include "gen/Clusters.h"
 
 namespace {
 

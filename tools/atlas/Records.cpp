@@ -2,9 +2,8 @@
 
 #include <algorithm>
 
-#include "gen/BuildNeighborGraph.h"
+#include "gen/Clusters.h"
 #include "gen/GEN_DungeonGenerator.h"
-#include "gen/GenerateCluster.h"
 
 Block::Block(Vec2i cluster) {
     std::array<const ClusterRecord*, 9> pointers{};

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "gen/ClusterRecord.h"
+#include "gen/Clusters.h"
 #include "gen/DungeonRecord.h"
 #include "gen/GridKey.h"
 #include "gfx/Vec2.h"

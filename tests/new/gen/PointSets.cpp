@@ -5,7 +5,7 @@
 #include <set>
 #include <utility>
 
-#include "gen/UniformInt.h"
+#include "gen/Random.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "gen/Triangulate.h"
-#include "gen/Twister.h"
+#include "gen/Random.h"
 
 using Points = std::vector<DelaunayPoint>;
 

@@ -6,11 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "gen/DungeonEdges.h"
-#include "gen/DungeonHallways.h"
 #include "gen/GEN_DungeonGenerator.h"
-#include "gen/Twister.h"
-#include "gen/UniformInt.h"
+#include "gen/Random.h"
 #include "support/Holds.h"
 
 namespace {
@@ -28,7 +25,7 @@ Rectangles HallwaysBetween(const DungeonRoom& a, const DungeonRoom& b) {
     const auto record = std::make_unique<DungeonRecord>();
     record->rooms = {a, b};
     record->hallwayEdges = {{0, 1, 0}};
-    BuildHallways(*record);
+    GEN_DungeonGenerator::BuildHallways(*record);
     Rectangles rectangles;
     for (const DungeonRoom& hallway : record->hallways) {
         EXPECT_EQ(hallway.maxCorner, (hallway.minCorner + Vec2i{hallway.w, hallway.h}));
@@ -106,7 +103,7 @@ TEST(RulesTest, PaintingStaysWithinTheTilesAndRoomsCoverCorridors) {
                         hallway({400, 400}, {403, 410})}; // the last runs into a room
     record->rooms = {MakeRoom(399, 415, 10, 10), MakeRoom(400, 404, 9, 3)};
     record->mainRooms = {0};
-    PaintTiles(*record);
+    GEN_DungeonGenerator::PaintTiles(*record);
     EXPECT_EQ(std::accumulate(record->tiles.begin(), record->tiles.end(), 0),
               3 + 3 + 2 + 1 + 5 * 3 + 100 * 2);
     EXPECT_EQ(record->TileAt(402, 404), kTileHallway);
@@ -121,7 +118,7 @@ TEST(RulesTest, ThreeExtraEdgesForEveryTenAndReversedOnesCountAsNew) {
     }
     record->edges = {{0, 1, 1}, {1, 0, 1}, {3, 4, 1}, {5, 3, 1},
                      {5, 3, 1}, {8, 2, 1}, {9, 2, 1}, {9, 3, 1}};
-    AddExtraEdges(*record);
+    GEN_DungeonGenerator::AddExtraEdges(*record);
     std::string added;
     for (std::size_t i = 11; i < record->hallwayEdges.size(); ++i) {
         const DungeonEdge& edge = record->hallwayEdges[i];

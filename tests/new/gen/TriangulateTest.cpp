@@ -10,8 +10,8 @@
 #include <gtest/gtest.h>
 
 #include "gen/PointSets.h"
-#include "gen/UniformInt.h"
-#include "gen/WorldDigest.h"
+#include "gen/Random.h"
+#include "WorldDigest.h"
 #include "support/Files.h"
 #include "support/Holds.h"
 

@@ -1,5 +1,5 @@
 // The generated world is the one that the golden file records, whatever was generated before.
-#include "gen/WorldDigest.h"
+#include "WorldDigest.h"
 
 #include <ios>
 #include <sstream>

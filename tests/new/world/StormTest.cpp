@@ -2,7 +2,7 @@
 #include "entities/MapEntity.h"
 #include "entities/PlayerEntity.h"
 #include "entities/TerrainCellEntity.h"
-#include "gen/WorldDigest.h"
+#include "WorldDigest.h"
 #include "gfx/GFX_GraphicsManager.h"
 #include "support/Game.h"
 #include "support/Guarded.h"

@@ -2,13 +2,13 @@
 //
 // Two builds, machines or orders of generation make the same world when they make the same digests.
 // The game itself has no use for them; the digest tool and the tests do. No state; any thread may
-// call. Whatever the generators say on standard error, these let them say.
+// call. The generators write their lines on standard error all the while.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-#include "gen/ClusterRecord.h"
+#include "gen/Clusters.h"
 #include "gen/DungeonRecord.h"
 #include "gfx/Vec2.h"
 

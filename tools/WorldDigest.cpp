@@ -1,13 +1,12 @@
-#include "gen/WorldDigest.h"
+#include "WorldDigest.h"
 
 #include <array>
 #include <bit>
 #include <cstring>
 #include <memory>
 
-#include "gen/BuildNeighborGraph.h"
+#include "gen/Clusters.h"
 #include "gen/GEN_DungeonGenerator.h"
-#include "gen/GenerateCluster.h"
 
 namespace {
 
@@ -25,7 +24,7 @@ void Add(Digest& digest, Vec2i v) {
 }
 
 void Add(Digest& digest, const GridKey& key) {
-    Add(digest, Vec2i{key.x, key.y});
+    Add(digest, key.Coords());
     digest.Add(key.id);
 }
 
@@ -55,7 +54,7 @@ void Add(Digest& digest, const DungeonRoom& room) {
     Add(digest, room.spawnPoints);
 }
 
-// Eight tiles a step, the first in the lowest byte whatever the machine's order of bytes.
+// Eight tiles per step, the first in the lowest byte whatever the machine's order of bytes.
 template <std::size_t count>
 void AddTiles(Digest& digest, const std::array<std::uint8_t, count>& tiles) {
     static_assert(count % 8 == 0);
