@@ -21,7 +21,7 @@ CENTRE = (640, 360)
 BESIDE_MENU = (301, 0, 1101, 720)  # where overlays show, left of the radar
 
 # Row of the menu, a colour that its overlay brings and how many pixels of it at least.
-OVERLAYS = [(2, YELLOW, 100), (8, WHITE, 100)]
+OVERLAYS = [(2, YELLOW, 100), (6, WHITE, 100)]
 
 
 def count(picture, colour, box=PANEL):
