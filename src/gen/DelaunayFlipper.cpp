@@ -10,6 +10,9 @@
 
 namespace {
 
+constexpr std::size_t kUsualPending = 65536; // and 4 per triangle: not worth a forecast
+constexpr double kMaxPending = 268435456.0;  // a list of 1 GiB
+
 // Two triangles share the edge p-q, and o and d are their other corners. Returns -1 when the edge
 // is to be flipped, else 1: it is when the angles at o and d add up to more than 180 degrees, that
 // is when the sine of their sum is negative; two angles on the same side of 90 degrees need no sum.
@@ -50,8 +53,7 @@ std::int32_t GiveUp(std::int32_t result) {
 class DelaunayFlipper {
 public:
     explicit DelaunayFlipper(DelaunayMesh& meshToFlip)
-        : mesh(meshToFlip), triangles(meshToFlip.triangles),
-          pendingLimit(65536 + 4 * triangles.size()) {}
+        : mesh(meshToFlip), triangles(meshToFlip.triangles) {}
 
     template <bool mutual>
     std::int32_t Run() {
@@ -106,8 +108,7 @@ private:
     // Looks again at what the last pass rewrote, until nothing is or it has been done often enough.
     template <bool mutual>
     bool RepeatListed(int repetitions) {
-        for (int i = 0; i < repetitions && !flipped.empty() && flipped.size() <= pendingLimit;
-             ++i) {
+        for (int left = repetitions; left > 0 && !flipped.empty() && !GrowsTooLong(left); --left) {
             if (!FlipListedTriangles<mutual>()) {
                 return false;
             }
@@ -115,16 +116,26 @@ private:
         return true;
     }
 
+    // Rounding can make triangles flip back and forth, and the list then grows by much the same
+    // factor, up to 2, in every pass. Would it outgrow memory in the passes left?
+    bool GrowsTooLong(int left) const {
+        if (flipped.size() <= kUsualPending + 4 * triangles.size()) {
+            return false;
+        }
+        auto length = static_cast<double>(flipped.size());
+        const double growth = length / static_cast<double>(pending.size());
+        for (int i = 0; i < left; ++i) {
+            length *= growth;
+        }
+        return length > kMaxPending;
+    }
+
     // Tries the triangle's edges; at most one is flipped.
     template <Pass pass, bool mutual>
     bool VisitTriangle(std::int32_t t) {
         Visit visit = TryEdge<pass, mutual, kBC>(t);
-        if (visit == Visit::Unchanged) {
-            visit = TryEdge<pass, mutual, kAB>(t);
-        }
-        if (visit == Visit::Unchanged) {
-            visit = TryEdge<pass, mutual, kAC>(t);
-        }
+        visit = visit != Visit::Unchanged ? visit : TryEdge<pass, mutual, kAB>(t);
+        visit = visit != Visit::Unchanged ? visit : TryEdge<pass, mutual, kAC>(t);
         return visit != Visit::Broken;
     }
 
@@ -207,7 +218,6 @@ private:
 
     const DelaunayMesh& mesh;
     std::vector<MeshTriangle>& triangles;
-    std::size_t pendingLimit;          // of the list below, which rounding can double in every pass
     std::vector<std::int32_t> pending; // what a listed pass looks at, in order, with repeats
     std::vector<std::int32_t> flipped; // what the pass at hand rewrote
 };

@@ -7,10 +7,6 @@ namespace {
 
 constexpr std::size_t kSeedPoints = 3;
 
-bool SamePlace(const DelaunayPoint& a, const DelaunayPoint& b) {
-    return a.x == b.x && a.y == b.y;
-}
-
 // The side that joins two of a triangle's corners: the first that does of a-b, a-c and b-c. Without
 // branches, which would be mispredicted often.
 std::size_t SideWith(const MeshTriangle& triangle, std::int32_t p, std::int32_t q) {
@@ -177,10 +173,10 @@ private:
 
 void InsertPoints(const std::vector<DelaunayPoint>& points, DelaunayMesh& mesh) {
     DelaunayHull hull(points, mesh);
-    for (std::size_t k = kSeedPoints; k < mesh.names.size(); ++k) {
+    const std::vector<Vec2f>& at = mesh.places;
+    for (std::size_t k = kSeedPoints; k < at.size(); ++k) {
         // Equal points stand side by side in the order, but for those equal to a seed point.
-        const auto equals = [&](std::size_t other) { return SamePlace(points[k], points[other]); };
-        if (!equals(k - 1) && !equals(0) && !equals(1) && !equals(2)) {
+        if (at[k] != at[k - 1] && at[k] != at[0] && at[k] != at[1] && at[k] != at[2]) {
             hull.Insert(k);
         }
     }

@@ -31,10 +31,6 @@ bool IsUsable(const DelaunayPoint& point) {
     return point.id >= 0 && std::isfinite(point.x) && std::isfinite(point.y);
 }
 
-bool SamePlace(const DelaunayPoint& a, const DelaunayPoint& b) {
-    return a.x == b.x && a.y == b.y;
-}
-
 void MoveUnusableBehind(Points& points) {
     const auto unusable = std::stable_partition(points.begin(), points.end(), IsUsable);
     std::for_each(unusable, points.end(), [](DelaunayPoint& point) {
@@ -159,7 +155,8 @@ Seed FindSeed(const Points& points, std::size_t usable) {
     const DelaunayPoint& p0 = points[PointOf(first)];
     do {
         second = takeNearest();
-    } while (!heap.empty() && SamePlace(points[PointOf(second)], p0));
+    } while (!heap.empty() && points[PointOf(second)].x == p0.x &&
+             points[PointOf(second)].y == p0.y);
     const DelaunayPoint& p1 = points[PointOf(second)];
     while (!heap.empty()) {
         const Entry candidate = takeNearest();

@@ -72,8 +72,8 @@ struct DelaunayTriangle {
 ///   position of the last of them in the final order.
 /// - Any id from 0 to 2^31 - 1 is fine and costs no more than a small one.
 ///
-/// Rounding can make a pair of triangles flip back and forth, doubling the list of triangles to
-/// look at from pass to pass. Flipping ends when that list has grown beyond 65,536 + 4 entries per
-/// triangle.
+/// Rounding can make triangles flip back and forth, and the list of triangles to look at then grows
+/// up to twice as long in every pass. Flipping ends when that list has more than 65,536 + 4 entries
+/// per triangle and, growing on as in the last pass, would come to more than 1 GiB.
 std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
                          std::vector<DelaunayTriangle>& triangles);

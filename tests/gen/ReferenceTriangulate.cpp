@@ -173,9 +173,22 @@ public:
     }
 
     std::int32_t FlipPhase() {
-        const std::size_t limit = 65536 + 4 * triangles.size();
+        // A list that grows as it did in the last pass must not come to more than 2^28 entries.
+        const auto fits = [&](std::size_t before, int left) {
+            double length = static_cast<double>(pending.size());
+            for (const double growth = length / static_cast<double>(before); left > 0; --left) {
+                length *= growth;
+            }
+            return length <= 268435456.0;
+        };
         const auto repeatListed = [&](int repetitions) {
-            for (int i = 0; i < repetitions && !pending.empty() && pending.size() <= limit; ++i) {
+            std::size_t before = pending.size();
+            for (int left = repetitions; left > 0 && !pending.empty(); --left) {
+                const bool usual = pending.size() <= 65536 + 4 * triangles.size();
+                if (!usual && !fits(before, left)) {
+                    break;
+                }
+                before = pending.size();
                 if (!FlipPass(Pass::Listed)) {
                     return false;
                 }
