@@ -1,65 +1,59 @@
+// Arithmetic with a result at every input, checked by the compiler.
 #include "common/Arithmetic.h"
+
+#include "gfx/DataPath.h"
+#include "gfx/Vec2.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
-#include <utility>
-#include <vector>
+#include <string>
 
 namespace {
 
-constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t kLow = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kHigh = std::numeric_limits<std::int32_t>::max();
+constexpr float kInfinite = std::numeric_limits<float>::infinity();
+constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+constexpr float kLargest = std::numeric_limits<float>::max();
+
+static_assert(WrapAdd(kHigh, 1) == kLow && WrapSub(kLow, 1) == kHigh && WrapSub(0, kLow) == kLow);
+static_assert(WrapMul(65536, 65536) == 0 && WrapMul(kLow, -1) == kLow);
+static_assert(SaturatingAdd(kHigh, 1) == kHigh && SaturatingAdd(kLow, kLow) == kLow);
+static_assert(SaturatingAdd(kLow, kHigh) == -1 && SaturatingSub(0, kLow) == kHigh);
+static_assert(SaturatingSub(kLow, 1) == kLow && Saturate(-5) == -5);
+static_assert(Saturate(std::int64_t{kLow} - 1) == kLow &&
+              Saturate(std::int64_t{kHigh} + 1) == kHigh);
+static_assert(Truncate(0.99f) == 0 && Truncate(-1.99f) == -1 && Truncate(kNan) == 0);
+static_assert(Truncate(2147483520.0f) == 2147483520 && Truncate(2147483648.0f) == kHigh);
+static_assert(Truncate(kInfinite) == kHigh && Truncate(-kInfinite) == kLow);
+static_assert(Truncate(2147483646.9) == 2147483646 && Truncate(-2147483647.9) == -2147483647);
+static_assert(NarrowToFloat(1e39) == kLargest && NarrowToFloat(-1e39) == -kLargest);
+static_assert(NarrowToFloat(0.1) == 0.1f);
+
+static_assert(Vec2i{3, -3} * 0.5f == Vec2i{1, -1} && Vec2i{-25, 25} / 24 == Vec2i{-1, 1});
+static_assert(Vec2i{16777217, kLow} * -1.0f == Vec2i{-16777216, kHigh}, "scaled in 32-bit floats");
+static_assert(Vec2i{kHigh, kLow} + Vec2i{1, -1} == Vec2i{kLow, kHigh});
+static_assert(Vec2i{kLow, 0} - Vec2i{1, kLow} == Vec2i{kHigh, kLow});
+static_assert(Vec2i{1 << 30, -3} * 4 == Vec2i{0, -12});
+static_assert(ToVec2i({-7.9f, 1e20f}) == Vec2i{-7, kHigh});
 
 } // namespace
 
-TEST(ArithmeticTest, WrapsAtBothEnds) {
-    EXPECT_EQ(WrapAdd(kHighest, 1), kLowest);
-    EXPECT_EQ(WrapAdd(kLowest, -1), kHighest);
-    EXPECT_EQ(WrapSub(kLowest, 1), kHighest);
-    EXPECT_EQ(WrapSub(0, kLowest), kLowest);
-    EXPECT_EQ(WrapMul(65536, 65536), 0);
-    EXPECT_EQ(WrapMul(kLowest, -1), kLowest);
-}
-
-TEST(ArithmeticTest, SaturatesAtBothEnds) {
-    EXPECT_EQ(Saturate(std::numeric_limits<std::int64_t>::min()), kLowest);
-    EXPECT_EQ(Saturate(std::int64_t{kLowest} - 1), kLowest);
-    EXPECT_EQ(Saturate(-5), -5);
-    EXPECT_EQ(SaturatingAdd(kHighest, 1), kHighest);
-    EXPECT_EQ(SaturatingAdd(kLowest, kLowest), kLowest);
-    EXPECT_EQ(SaturatingAdd(kLowest, kHighest), -1);
-    EXPECT_EQ(SaturatingSub(0, kLowest), kHighest);
-    EXPECT_EQ(SaturatingSub(kLowest, 1), kLowest);
-}
-
-TEST(ArithmeticTest, TruncatesTowardZeroAndNeverOverflows) {
-    constexpr float infinity = std::numeric_limits<float>::infinity();
-    const std::vector<std::pair<float, std::int32_t>> floats{
-        {0.99f, 0},
-        {-0.99f, 0},
-        {2147483520.0f, 2147483520}, // the last float below 2^31
-        {2147483648.0f, kHighest},
-        {-2147483648.0f, kLowest},
-        {infinity, kHighest},
-        {-infinity, kLowest},
-        {std::nanf(""), 0}};
-    for (const auto& [value, expected] : floats) {
-        EXPECT_EQ(Truncate(value), expected) << value;
+TEST(DataPathTest, IsBesideTheProgramOrThreeDirectoriesAbove) {
+    struct Case {
+        std::string base;
+        int mode;
+        char separator;
+        std::string expected;
+    };
+    const Case cases[] = {{R"(C:\a\b\c\d\e\)", 1, '\\', R"(C:\a\b\data\)"},
+                          {R"(C:\a\b\c\d\e\)", 0, '\\', R"(C:\a\b\c\d\e\data\)"},
+                          {"/a/b/c/d/e/", 1, '/', "/a/b/data/"},
+                          {"/a/b/", 1, '/', "/data/"}, // too short for four cuts
+                          {"nothing", 1, '/', "nothing/data/"},
+                          {R"(/a\b/c/d/e\f/)", 1, '/', R"(/a\b/data/)"},
+                          {"/a/b/c/d/e/", 2, '/', ""}};
+    for (const Case& c : cases) {
+        EXPECT_EQ(DataPath(c.base, c.mode, c.separator), c.expected) << c.base << " " << c.mode;
     }
-    EXPECT_EQ(Truncate(2147483646.9), 2147483646);
-    EXPECT_EQ(Truncate(2147483647.5), kHighest);
-    EXPECT_EQ(Truncate(-2147483647.9), -2147483647);
-    EXPECT_EQ(Truncate(-2147483648.5), kLowest);
-    EXPECT_EQ(Truncate(std::nan("")), 0);
-}
-
-TEST(ArithmeticTest, NarrowsWithoutLeavingTheFloatRange) {
-    constexpr float largest = std::numeric_limits<float>::max();
-    EXPECT_EQ(NarrowToFloat(1e39), largest);
-    EXPECT_EQ(NarrowToFloat(-1e39), -largest);
-    EXPECT_EQ(NarrowToFloat(std::numeric_limits<double>::infinity()), largest);
-    EXPECT_EQ(NarrowToFloat(0.1), 0.1f);
-    EXPECT_TRUE(std::isnan(NarrowToFloat(std::nan(""))));
 }

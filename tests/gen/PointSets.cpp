@@ -1,6 +1,7 @@
 #include "gen/PointSets.h"
 
 #include <cmath>
+#include <limits>
 #include <set>
 #include <utility>
 
@@ -12,56 +13,53 @@ struct Place {
     float x, y;
 };
 
-float Unit(std::mt19937& rng) {
-    return static_cast<float>(UniformInt(rng, -(1 << 24), 1 << 24)) / static_cast<float>(1 << 24);
-}
-
-float Whole(std::mt19937& rng, std::int32_t lo, std::int32_t hi) {
+float Whole(Twister& rng, std::int32_t lo, std::int32_t hi) {
     return static_cast<float>(UniformInt(rng, lo, hi));
 }
 
-float PowerOfTen(std::mt19937& rng, std::int32_t lo, std::int32_t hi) {
-    return std::pow(10.0f, Whole(rng, lo, hi));
+float Unit(Twister& rng) {
+    return Whole(rng, -(1 << 24), 1 << 24) / static_cast<float>(1 << 24);
 }
 
-Place OnLine(std::mt19937& rng) {
+// On the circle around the origin, as well as floats can say: rounding keeps flips from settling.
+Place OnCircle(Twister& rng) {
+    const float t = Unit(rng);
+    const float shrink = 1000.0f / (1.0f + t * t);
+    const float x = (1.0f - t * t) * shrink;
+    const float y = 2.0f * t * shrink;
+    return UniformInt(rng, 0, 1) == 0 ? Place{x, y} : Place{-x, -y};
+}
+
+Place OnLines(Twister& rng) {
     const float t = Whole(rng, 0, 40);
     const Place places[] = {{t, 0.0f}, {0.0f, t}, {t, t}, {t, 40.0f - 2.0f * t}};
     return places[UniformInt(rng, 0, 3)];
 }
 
-Place OnCircle(std::mt19937& rng) {
-    const float angle = Unit(rng) * 3.14159265f;
-    const Place place = {100.0f * std::cos(angle), 100.0f * std::sin(angle)};
-    const bool lattice = UniformInt(rng, 0, 1) == 0;
-    return lattice ? Place{std::round(place.x), std::round(place.y)} : place;
-}
-
-Place InClump(std::mt19937& rng) {
-    return {1000.0f * Whole(rng, -1, 1) + Unit(rng), 1000.0f * Whole(rng, -1, 1) + Unit(rng)};
-}
-
-Place OneOf(PointShape shape, std::size_t count, std::mt19937& rng) {
-    const auto side = 2 + static_cast<std::int32_t>(2.0 * std::sqrt(static_cast<double>(count)));
+Place OneOf(std::size_t shape, std::int32_t count, Twister& rng) {
+    const std::int32_t side = 3 + count / 8;
+    const auto scaled = [&rng](int least, int most) {
+        return std::ldexp(Unit(rng), UniformInt(rng, least, most));
+    };
     switch (shape) {
-    case PointShape::Lattice:
+    case 0:
         return {Whole(rng, 0, side), Whole(rng, 0, side)};
-    case PointShape::Lines:
-        return OnLine(rng);
-    case PointShape::Circle:
+    case 2:
+        return OnLines(rng);
+    case 3:
         return OnCircle(rng);
-    case PointShape::Clumps:
-        return InClump(rng);
-    case PointShape::FarColumns:
+    case 4:
+        return {1000.0f * Whole(rng, -1, 1) + Unit(rng), 1000.0f * Whole(rng, -1, 1) + Unit(rng)};
+    case 5:
         return {Whole(rng, 0, 31) + 1048544.0f * Whole(rng, 0, 1), Whole(rng, 0, 31)};
-    case PointShape::Huge:
+    case 6:
         return {2.0e10f * Unit(rng), 2.0e10f * Unit(rng)};
-    case PointShape::Tiny:
+    case 7:
         return {1.0e-21f * Whole(rng, 0, 99), 1.0e-21f * Whole(rng, 0, 99)};
-    case PointShape::MixedScale:
-        return {Unit(rng) * PowerOfTen(rng, -30, 30), Unit(rng) * PowerOfTen(rng, -30, 30)};
-    case PointShape::NearlyOnALine:
-        return {Unit(rng) * 1000.0f, Unit(rng) * PowerOfTen(rng, -5, 0)};
+    case 8:
+        return {scaled(-100, 100), scaled(-100, 100)};
+    case 9:
+        return {Unit(rng) * 1000.0f, scaled(-16, 0)};
     default:
         return {Unit(rng), Unit(rng)};
     }
@@ -69,7 +67,7 @@ Place OneOf(PointShape shape, std::size_t count, std::mt19937& rng) {
 
 } // namespace
 
-void AddPoint(float x, float y, std::vector<DelaunayPoint>& points) {
+void AddPoint(float x, float y, Points& points) {
     DelaunayPoint point;
     point.id = static_cast<std::int32_t>(points.size());
     point.x = x;
@@ -77,10 +75,10 @@ void AddPoint(float x, float y, std::vector<DelaunayPoint>& points) {
     points.push_back(point);
 }
 
-std::vector<DelaunayPoint> MakePoints(PointShape shape, std::size_t count, std::mt19937& rng) {
-    std::vector<DelaunayPoint> points;
+Points MakePoints(std::size_t shape, std::int32_t count, Twister& rng) {
+    Points points;
     std::set<std::pair<float, float>> taken;
-    for (std::size_t i = 0; i < count; ++i) {
+    for (std::int32_t i = 0; i < count; ++i) {
         const Place place = OneOf(shape, count, rng);
         if (taken.insert({place.x, place.y}).second) {
             AddPoint(place.x, place.y, points);
@@ -89,12 +87,38 @@ std::vector<DelaunayPoint> MakePoints(PointShape shape, std::size_t count, std::
     return points;
 }
 
-std::vector<DelaunayPoint> MakeCircle(std::int32_t count) {
-    std::vector<DelaunayPoint> points;
-    for (std::int32_t i = 0; i < count; ++i) {
-        const double angle = i * 6.283185307 / count;
-        AddPoint(static_cast<float>(1000.0 * std::cos(angle)),
-                 static_cast<float>(1000.0 * std::sin(angle)), points);
+void Spoil(Points& points, Twister& rng) {
+    using Floats = std::numeric_limits<float>;
+    const auto any = [&]() -> DelaunayPoint& {
+        const auto last = static_cast<std::int32_t>(points.size()) - 1;
+        return points[static_cast<std::size_t>(UniformInt(rng, 0, last))];
+    };
+    DelaunayPoint& point = any();
+    switch (UniformInt(rng, 0, 7)) {
+    case 0: // equal points
+        return AddPoint(point.x, point.y, points);
+    case 1: // one id twice
+        point.id = any().id;
+        break;
+    case 2:
+        point.id = UniformInt(rng, -5, -1);
+        break;
+    case 3:
+        point.x = Floats::quiet_NaN();
+        break;
+    case 4:
+        point.y = -Floats::infinity();
+        break;
+    case 5: // far above the count
+        point.id = 0x7fffffff - UniformInt(rng, 0, 3);
+        break;
+    case 6: // squares that leave the range of floats
+        point.x = Floats::max();
+        point.y = Floats::denorm_min();
+        break;
+    default: // equal but for the sign of zero
+        point.x = 0.0f;
+        any().x = -0.0f;
+        break;
     }
-    return points;
 }

@@ -1,33 +1,23 @@
-// Seeded point sets of many shapes for the tests of the triangulation.
+// Seeded point sets of many shapes, made by exact arithmetic alone, so that they are the same
+// everywhere.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <random>
 #include <vector>
 
 #include "gen/Triangulate.h"
+#include "gen/Random.h"
 
-enum class PointShape {
-    Lattice,       ///< distinct points of a small lattice: many equal distances and circles
-    Plane,         ///< floats at random
-    Lines,         ///< runs of points on a few lines
-    Circle,        ///< points near one circle, in floats and on the lattice
-    Clumps,        ///< tight groups far apart
-    FarColumns,    ///< lattice columns about a million units apart
-    Huge,          ///< nearly as large as a seed circle may be
-    Tiny,          ///< so small that squares lose most of their bits
-    MixedScale,    ///< every power of ten
-    NearlyOnALine, ///< slivers
-    Count
-};
+using Points = std::vector<DelaunayPoint>;
+
+inline constexpr const char* kShapes[] = {"lattice", "plane", "lines",      "circle", "clumps",
+                                          "columns", "huge",  "tiny-steps", "mixed",  "slivers"};
 
 /// Appends a point whose id is its place in the list.
-void AddPoint(float x, float y, std::vector<DelaunayPoint>& points);
+void AddPoint(float x, float y, Points& points);
 
-/// Up to `count` points with the ids 0, 1, 2, ...; distinct places.
-std::vector<DelaunayPoint> MakePoints(PointShape shape, std::size_t count, std::mt19937& rng);
+/// About `count` points of distinct places with the ids 0, 1, 2, ...
+Points MakePoints(std::size_t shape, std::int32_t count, Twister& rng);
 
-/// Points evenly spread over a circle, as well as floats can say. Rounding keeps the flips from
-/// ever settling.
-std::vector<DelaunayPoint> MakeCircle(std::int32_t count);
+/// Spoils a set in one of the ways that a caller should not, and still must not suffer from.
+void Spoil(Points& points, Twister& rng);

@@ -1,8 +1,9 @@
 #include "scenes/ScenePlayer.h"
 
+#include "entities/PlayerEntity.h"
+
 #include <SDL.h>
 
-#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -50,6 +51,9 @@ void ScenePlayer::Play(const std::string& word) {
         game.KeyUp(SDL_GetKeyFromName(word.c_str() + 1));
     } else if (first == '@') {
         Tick(static_cast<std::uint32_t>(number));
+    } else if (first == '!') {
+        game.World().player->PlaceAt(
+            {std::atoi(word.c_str() + 1), std::atoi(word.c_str() + word.find(',') + 1)});
     } else if (first == '.') {
         Ticks(number);
     } else if (first == 'x' && word.find(':') != std::string::npos) {
@@ -80,7 +84,6 @@ void ScenePlayer::Tick(std::uint32_t pass) {
         // Else a cell might or might not arrive within the tick that asks for it.
         hold.Occupy(workers);
     }
-    beforeTick();
     if (pass == 0) {
         game.Tick();
     } else {
@@ -90,7 +93,7 @@ void ScenePlayer::Tick(std::uint32_t pass) {
         hold.Release();
         WaitForLoads();
     }
-    if (pass == 0) {
+    if (pass == 0 && draws) {
         game.World().Render();
     }
     afterTick();

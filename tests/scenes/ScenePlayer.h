@@ -6,6 +6,7 @@
 //   d14        holds a key for 14 ticks and lets it go; names are SDL's (Return4, Backspace4, `4)
 //   .20        lets 20 ticks pass
 //   +d -d      presses a key, lets it go, at the next tick
+//   !12,-30    puts the player at a place, as "Go to map location" does
 //   @31        one pass of the main loop, 31 ms after the last
 //   x0:-32768  moves an axis of the joystick; b4 and B4 press and release a button
 //   [ ]        holds the workers back until the bracket closes
@@ -43,7 +44,6 @@ public:
     bool GenerationIsHeld() const { return midway; }
 
     Game game;
-    std::function<void()> beforeTick = [] {};
     std::function<void()> afterTick = [] {};
 
 protected:
@@ -54,6 +54,7 @@ protected:
     virtual void Hold(char bracket);
 
     const std::uint32_t workers;
+    bool draws = true; ///< a frame after every tick
     WorkerHold hold;
 
 private:

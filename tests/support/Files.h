@@ -14,8 +14,8 @@ inline std::string ReadFile(const std::string& path) {
 
 /// Keeps what a test has found under the build folder.
 inline void WriteFound(const std::string& name, const std::string& text) {
-    std::filesystem::create_directories(VESK_TEST_FOUND);
-    std::ofstream(VESK_TEST_FOUND + ('/' + name)) << text;
+    std::filesystem::create_directories(VESK_FOUND);
+    std::ofstream(VESK_FOUND + ('/' + name)) << text;
 }
 
 /// The first lines that differ; empty when none does.

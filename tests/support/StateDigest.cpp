@@ -12,13 +12,9 @@
 #include "ui/DebugMenuEntity.h"
 #include "ui/UIF_Button.h"
 #include "ui/UIF_Label.h"
-#include "world/ASM_AssetManager.h"
-#include "world/WorldManager.h"
 
-#include <atomic>
 #include <bit>
 #include <ranges>
-#include <type_traits>
 
 namespace {
 
@@ -31,7 +27,7 @@ public:
         return *this;
     }
 
-    std::uint64_t Value() const { return state; }
+    std::uint64_t state = 14695981039346656037U;
 
 private:
     template <typename T>
@@ -53,167 +49,100 @@ private:
     void AddValue(const GridKey& key) { Add(key.x, key.y, key.id); }
     void AddValue(const SDL_Color& color) { Add(color.r, color.g, color.b, color.a); }
     void AddValue(const CMN_InputManager::Timer& timer) { Add(timer.lastTime, timer.minInterval); }
-    void AddValue(const DungeonRoom& room) {
-        Add(room.x, room.y, room.w, room.h, room.center, room.minCorner, room.maxCorner);
-        Add(room.spawnPoints);
-    }
     void AddValue(const DungeonEdge& edge) { Add(edge.a, edge.b, edge.lengthSquared); }
+    void AddValue(const std::pair<const std::int32_t, std::uint32_t>& held) {
+        Add(held.first, held.second);
+    }
+    void AddValue(const DungeonRoom& room) {
+        Add(room.x, room.y, room.w, room.h, room.center, room.minCorner, room.maxCorner,
+            room.spawnPoints);
+    }
     void AddValue(const IEntity* entity) {
         const auto* marker = dynamic_cast<const CompassEntity*>(entity);
         Add(entity->position, entity->active, marker == nullptr ? -1 : marker->index);
     }
-
-    std::uint64_t state = 14695981039346656037U;
 };
 
 template <typename... Values>
 std::uint64_t Digest(const Values&... values) {
-    return Hasher().Add(values...).Value();
+    return Hasher().Add(values...).state;
 }
 
-WorldManager& World() {
-    return *WorldManager::GetInstance();
-}
-
-std::uint64_t DigestPlayer() {
-    const PlayerEntity& player = *World().player;
-    return Digest(player.position, player.exactPosition, player.targetTile, player.moveVector,
-                  player.direction, player.tileType, player.mode, player.speed, player.idle);
-}
-
-std::uint64_t DigestMap() {
-    const MapEntity& map = *World().map;
-    return Digest(World().mapMode, map.active, map.pan, map.zoom, map.showCompasses);
-}
-
-std::uint64_t DigestMenu() {
+std::uint64_t DigestMenu(const DebugMenuEntity& menu) {
     Hasher hash;
-    hash.Add(World().debugMenu->active);
-    for (const auto& child : World().debugMenu->menuWindow.children) {
+    hash.Add(menu.active);
+    for (const auto& child : menu.menuWindow.children) {
         const auto& button = dynamic_cast<const UIF_Button&>(*child);
         hash.Add(button.hovered, button.fillColor, button.borderColor);
         for (const auto& label : button.children) {
             hash.Add(dynamic_cast<const UIF_Label&>(*label).text);
         }
     }
-    return hash.Value();
-}
-
-std::uint64_t DigestFlags() {
-    return Digest(World().renderCellBorder, World().renderDungeonRooms,
-                  World().renderMinSpanningTree, World().renderHallways, World().showPlayerInfo,
-                  World().showLoadedAssets);
-}
-
-std::uint64_t DigestRadar() {
-    const auto& radar = dynamic_cast<const HudEntity&>(*World().layers[kHudLayer].front());
-    return Digest(radar.position, radar.icons);
-}
-
-// What the main thread has asked the loads for.
-std::uint64_t DigestRequests() {
-    Hasher hash;
-    for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
-        hash.Add(SlotAt(i).target);
-    }
-    return hash.Value();
-}
-
-template <typename Record>
-std::uint64_t DigestCounts(const RecordTable<Record>& table) {
-    Hasher hash;
-    for (const auto& [id, count] : table.GetRefs()) {
-        hash.Add(id, count);
-    }
-    return hash.Value();
-}
-
-std::uint64_t DigestClusters() {
-    Hasher hash;
-    hash.Add(DigestCounts(ASM_AssetManager::GetInstance()->clusters));
-    for (const ClusterRecord* cluster : World().cellGrid.clusters) {
-        hash.Add(cluster->key);
-        for (const auto& [id, land] : cluster->cells) {
-            hash.Add(id, land);
-        }
-    }
-    return hash.Value();
-}
-
-std::uint64_t DigestTerrain() {
-    Hasher hash;
-    for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
-        const CellSlot slot = SlotAt(i);
-        const TerrainCellEntity::View view = slot.cellEntity->GetView();
-        hash.Add(slot.coords, slot.busy, slot.cellEntity->active, view.key, view.occupied,
-                 view.corners, slot.cellEntity->GetNeighbors());
-        if (view.dungeon != nullptr) {
-            hash.Add(view.dungeon->rooms, view.dungeon->mainRooms, view.dungeon->hallwayEdges,
-                     view.dungeon->hallways, view.dungeon->compassPoints, view.dungeon->tiles);
-        }
-    }
-    return hash.Value();
-}
-
-std::uint64_t DigestSpawned() {
-    Hasher hash;
-    for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
-        hash.Add(SlotAt(i).spawned);
-    }
-    return hash.Value();
-}
-
-// Cells arrive in any order, so in layer 2 only the order within a cell counts.
-std::uint64_t DigestLayers() {
-    Hasher hash;
-    hash.Add(World().entities.size());
-    for (const std::vector<IEntity*>& layer : World().layers) {
-        hash.Add(layer.size());
-    }
-    for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
-        const Vec2i cell = SlotAt(i).coords;
-        for (const IEntity* entity : World().layers[kSpawnedLayer]) {
-            if (entity->position / kCellSize == cell) {
-                hash.Add(entity);
-            }
-        }
-    }
-    return hash.Value();
+    return hash.state;
 }
 
 } // namespace
 
 StateDigest DigestTick() {
-    const AnchoredBoatEntity& boat = *World().anchoredBoat;
+    const WorldManager& world = *WorldManager::GetInstance();
+    const PlayerEntity& p = *world.player;
+    const AnchoredBoatEntity& boat = *world.anchoredBoat;
+    const MapEntity& map = *world.map;
     const CMN_InputManager& input = *CMN_InputManager::GetInstance();
-    return {{"player", DigestPlayer()},
+    const auto& radar = dynamic_cast<const HudEntity&>(*world.layers[kHudLayer].front());
+    Hasher requests;
+    for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
+        requests.Add(SlotAt(i).target);
+    }
+    Hasher clusters;
+    clusters.Add(ASM_AssetManager::GetInstance()->clusters.GetRefs());
+    for (const ClusterRecord* cluster : world.cellGrid.clusters) {
+        clusters.Add(cluster->key);
+        for (const auto& [id, land] : cluster->cells) {
+            clusters.Add(id, land);
+        }
+    }
+    return {{"player", Digest(p.position, p.exactPosition, p.targetTile, p.moveVector, p.direction,
+                              p.tileType, p.mode, p.speed, p.idle)},
             {"boat", Digest(boat.position, boat.direction, boat.active)},
-            {"camera", Digest(World().camera->position, World().camera->zoom)},
-            {"map", DigestMap()},
-            {"menu", DigestMenu()},
-            {"flags", DigestFlags()},
+            {"camera", Digest(world.camera->position, world.camera->zoom)},
+            {"map", Digest(world.mapMode, map.active, map.pan, map.zoom, map.showCompasses)},
+            {"menu", DigestMenu(*world.debugMenu)},
+            {"flags",
+             Digest(world.renderCellBorder, world.renderDungeonRooms, world.renderMinSpanningTree,
+                    world.renderHallways, world.showPlayerInfo, world.showLoadedAssets)},
             {"input", Digest(input.actions, input.pressed, input.timers)},
-            {"radar", DigestRadar()},
-            {"requests", DigestRequests()},
-            {"clusters", DigestClusters()}};
+            {"radar", Digest(radar.position, radar.icons)},
+            {"requests", requests.state},
+            {"clusters", clusters.state}};
 }
 
 StateDigest DigestRest() {
-    return {{"terrain", DigestTerrain()},
-            {"spawned", DigestSpawned()},
-            {"layers", DigestLayers()},
-            {"counts", DigestCounts(ASM_AssetManager::GetInstance()->dungeons)}};
-}
-
-std::string DifferingParts(const StateDigest& a, const StateDigest& b) {
-    if (a.size() != b.size()) {
-        return "number of parts";
+    const WorldManager& world = *WorldManager::GetInstance();
+    Hasher terrain;
+    Hasher spawned;
+    Hasher layers;
+    for (const std::vector<IEntity*>& layer : world.layers) {
+        layers.Add(layer.size());
     }
-    std::string names;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        if (a[i] != b[i]) {
-            names += std::string(a[i].name) + ' ';
+    for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
+        const CellSlot slot = SlotAt(i);
+        const TerrainCellEntity::View view = slot.cellEntity->GetView();
+        terrain.Add(slot.coords, slot.busy, slot.cellEntity->active, view.key, view.occupied,
+                    view.corners, slot.cellEntity->GetNeighbors());
+        if (view.dungeon != nullptr) {
+            const DungeonRecord& d = *view.dungeon;
+            terrain.Add(d.rooms, d.mainRooms, d.hallwayEdges, d.hallways, d.compassPoints, d.tiles);
+        }
+        spawned.Add(slot.spawned);
+        for (const IEntity* entity : world.layers[kSpawnedLayer]) {
+            if (entity->position / kCellSize == slot.coords) { // cells arrive in any order
+                layers.Add(entity);
+            }
         }
     }
-    return names;
+    return {{"terrain", terrain.state},
+            {"spawned", spawned.state},
+            {"layers", layers.Add(world.entities.size()).state},
+            {"counts", Digest(ASM_AssetManager::GetInstance()->dungeons.GetRefs())}};
 }

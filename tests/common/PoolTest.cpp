@@ -1,0 +1,86 @@
+// The worker pool.
+#include "common/CMN_TaskManager.h"
+
+#include "support/Holds.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <vector>
+
+TEST(PoolTest, OneWorkerRunsJobsInTheOrderAddedAndTheseMayAddMore) {
+    CMN_TaskManager pool;
+    ASSERT_TRUE(pool.Init(2));
+    std::vector<int> order; // written by the one worker
+    Signal done;
+    for (int i = 0; i < 100; ++i) {
+        pool.AddTask([&order, i] { order.push_back(i); });
+    }
+    pool.AddTask([&] { pool.AddTask([&done] { done.Raise(); }); });
+    ASSERT_TRUE(done.Wait());
+    EXPECT_EQ(order.size(), 100U);
+    EXPECT_TRUE(std::ranges::is_sorted(order));
+}
+
+TEST(PoolTest, EveryWorkerRunsAJobAtTheSameTime) {
+    CMN_TaskManager pool;
+    ASSERT_TRUE(pool.Init(8));
+    EXPECT_EQ(pool.workerCount, 7);
+    std::atomic<int> arrived{0};
+    Signal allArrived;
+    std::vector<Signal> ended(7);
+    for (Signal& end : ended) {
+        pool.AddTask([&] {
+            if (++arrived == 7) {
+                allArrived.Raise();
+            }
+            EXPECT_TRUE(allArrived.Wait()) << "fewer jobs than workers run at once";
+            end.Raise();
+        });
+    }
+    for (Signal& end : ended) {
+        ASSERT_TRUE(end.Wait());
+    }
+}
+
+TEST(PoolTest, StoppingDropsPendingJobsAndFinishesTheRunningOne) {
+    const auto pending = std::make_shared<int>(0); // counted by its holders
+    bool finished = false;
+    Signal running;
+    CMN_TaskManager pool;
+    ASSERT_TRUE(pool.Init(2));
+    pool.AddTask([&] {
+        running.Raise();
+        while (pending.use_count() > 1) { // goes on only when the jobs behind it are gone
+            std::this_thread::yield();
+        }
+        finished = true;
+    });
+    for (int i = 0; i < 50; ++i) {
+        pool.AddTask([pending] { ADD_FAILURE() << "a pending job runs"; });
+    }
+    ASSERT_TRUE(running.Wait());
+    pool.Stop();
+    EXPECT_TRUE(finished);
+    pool.AddTask([pending] { ADD_FAILURE() << "a job runs after the stop"; });
+    EXPECT_EQ(pending.use_count(), 1) << "a job is kept that can never run";
+    pool.Stop();
+}
+
+TEST(PoolTest, NoWorkerMissesTheStop) {
+    EXPECT_FALSE(CMN_TaskManager().Init(0)) << "an unknown machine";
+    for (std::uint32_t round = 0; round < 400; ++round) {
+        std::atomic<bool> stopped{false};
+        CMN_TaskManager pool;
+        pool.Init(2 + round % 4);
+        for (std::uint32_t job = 0; job < round % 3; ++job) {
+            pool.AddTask([&stopped] { EXPECT_FALSE(stopped) << "a job outlives the stop"; });
+        }
+        if (round % 2 == 0) {
+            std::this_thread::yield(); // now and then the workers get to wait first
+        }
+        pool.Stop();
+        stopped = true;
+    }
+}

@@ -1,0 +1,75 @@
+// What the rules fix for the generator's small parts: random numbers, ids, and rooms of other
+// sizes.
+#include <limits>
+#include <memory>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "gen/GEN_DungeonGenerator.h"
+#include "gen/Random.h"
+#include "support/Holds.h"
+
+namespace {
+
+constexpr std::int32_t kLow = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kHigh = std::numeric_limits<std::int32_t>::max();
+
+} // namespace
+
+TEST(RulesTest, NumbersAreDrawnWithTheLeastOutputs) {
+    constexpr std::uint32_t top = 0xffffffffu;
+    struct Draw {
+        std::int32_t lo, hi;
+        std::vector<std::uint32_t> outputs;
+        std::int32_t expected;
+    };
+    const Draw draws[] = {
+        {7, 7, {}, 7}, // one number takes no draw
+        {kLow, kHigh, {top}, kHigh},
+        {kLow, kHigh, {0x80000000u}, 0},
+        // 2^32 = 101 * 42524428 + 68: the 68 largest outputs are drawn again.
+        {0, 100, {top, 4294967228u, 4294967227u}, 100},
+        {-3, 97, {5u}, 2},
+        {0, 511, {top}, 511}, // a power of two never redraws
+        {kLow, 0, {0x80000001u, 0x80000000u}, 0},
+    };
+    for (const Draw& draw : draws) {
+        std::size_t used = 0;
+        const auto engine = [&] { return draw.outputs.at(used++); };
+        EXPECT_EQ(UniformInt(engine, draw.lo, draw.hi), draw.expected) << draw.lo;
+        EXPECT_EQ(used, draw.outputs.size()) << draw.lo << ", " << draw.hi;
+    }
+    Twister twister;
+    twister.discard(9999);
+    EXPECT_EQ(twister(), 4123659995u) << "the published generator";
+    static_assert(Twister::default_seed == std::mt19937::default_seed);
+}
+
+TEST(RulesTest, KeysWrapAndDecodeByTruncation) {
+    static_assert(CellKeyAt({-1, -12287}).id == 0 && CellKeyAt({-12288, 24576}).id == 2097119);
+    static_assert(ClusterKeyOfCell({-15, 16}).id == 65535 && ClusterKey({1, 1}).id == 65536);
+    static_assert(CellKey({32768, 2048}).id == kLow && CellKey({174762, 174762}).id == -1434976246);
+    static_assert(GridKey{}.id == -666 && CellOrigin({-2, 3}) == Vec2i{-24576, 36864});
+    static_assert(CellKey({32768, 2048}) < CellKey({0, 0}), "a wrapped id is negative");
+    static_assert(!(GridKey{1, 2, 7} < GridKey{8, 9, 7}), "the id alone counts");
+    static_assert(DecodeCellId(CellKey({1, -1}).id) == Vec2i{-1048559, 0});
+    static_assert(DecodeCellId(kLow) == Vec2i{-32768, -2048});
+    static_assert(DecodeClusterId(ClusterKey({-1, 1}).id) == Vec2i{65534, 0});
+    static_assert(DecodeClusterId(ClusterKey({-1, -1}).id) == Vec2i{-1, -1});
+}
+
+TEST(RulesTest, OtherRoomSizesAreBorne) {
+    const ErrorLines quiet;
+    const auto record = std::make_unique<DungeonRecord>();
+    for (const auto& [least, most] : {std::pair{1, 2}, {2, 4}, {3, 5}, {40, 400}, {0, 0}}) {
+        GEN_DungeonGenerator generator;
+        generator.minRoomSize = least;
+        generator.maxRoomSize = most;
+        generator.Generate(CellKey({1, 1}), 3, *record);
+        EXPECT_LE(record->compassPoints.size(), record->mainRooms.size()) << most;
+        for (const DungeonRoom& room : record->rooms) {
+            EXPECT_TRUE(room.w >= least && room.maxCorner.x <= 511 && room.minCorner.y >= 0);
+        }
+    }
+}

@@ -1,0 +1,112 @@
+#include "scenes/Replay.h"
+
+#include "entities/TerrainCellEntity.h"
+#include "gen/Random.h"
+#include "support/DrawLog.h"
+#include "support/Guarded.h"
+#include "support/StateDigest.h"
+
+namespace {
+
+// What a play has come to, step by step, with the step's name.
+using Trace = std::vector<std::pair<std::string, StateDigest>>;
+
+class Replay : public ScenePlayer {
+public:
+    /// Without a seed, loads end within the tick that asks for them.
+    Replay(const GameSettings& settings, unsigned seed)
+        : ScenePlayer(settings), isDelayed(seed != 0), random(seed) {
+        draws = false;
+    }
+
+    Trace PlayAll(const Scene& scene, std::size_t wordsPerRest) {
+        Trace trace;
+        std::size_t number = 0;
+        afterTick = [&] {
+            TakeDrawLog();
+            if (wordsPerRest == 1) {
+                trace.emplace_back("a tick of word " + std::to_string(number), DigestTick());
+            }
+        };
+        Rest();
+        for (const std::string& word : scene.words) {
+            ++number;
+            Play(word);
+            if (number % wordsPerRest == 0 || number == scene.words.size()) {
+                Rest();
+                trace.emplace_back("the rest after word " + std::to_string(number), DigestRest());
+            }
+        }
+        return trace;
+    }
+
+    std::string stale;
+
+protected:
+    void Tick(std::uint32_t pass) override {
+        if (!isDelayed) {
+            return ScenePlayer::Tick(pass);
+        }
+        const unsigned chance = random() % 48;
+        if (chance == 0) {
+            hold.Occupy(1 + random() % workers);
+        } else if (chance == 1) {
+            hold.Release();
+        } else if (chance <= 3) {
+            game.errors.Close();
+        } else if (chance == 4) {
+            game.errors.Open();
+        }
+        pass == 0 ? game.Tick() : game.Pass(pass);
+        WatchForStaleCells();
+        if (chance % 4 == 3) {
+            game.World().Render(); // while loads run
+        }
+        afterTick();
+    }
+
+    void Hold(char /*bracket*/) override {}
+
+private:
+    void Rest() {
+        hold.Release();
+        game.errors.Open();
+        WaitForLoads();
+        ScenePlayer::Tick(0); // asks for the cells around the place of a jump just made
+        ScenePlayer::Tick(0); // takes in what has arrived
+    }
+
+    // Looks again and again for a while, since what is stale might be there for moments only.
+    void WatchForStaleCells() {
+        for (std::size_t look = 0; look < 90; ++look) {
+            const bool shown = game.World().cellGrid.GetEntity(look % 9)->active;
+            const CellSlot slot = SlotAt(look % 9);
+            if (shown && slot.coords != slot.target) {
+                stale = "slot " + std::to_string(look % 9) + " shows an overtaken cell";
+            }
+        }
+    }
+
+    bool isDelayed;
+    Twister random;
+};
+
+} // namespace
+
+std::string CompareReplay(const Scene& scene, std::uint32_t workers, unsigned seed,
+                          std::size_t wordsPerRest) {
+    const Trace expected = Replay(scene.settings, 0).PlayAll(scene, wordsPerRest);
+    GameSettings settings = scene.settings;
+    settings.workers = workers;
+    Replay delayed(settings, seed);
+    const Trace found = delayed.PlayAll(scene, wordsPerRest);
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        const auto& [step, digest] = expected[i];
+        for (std::size_t part = 0; part < digest.size(); ++part) {
+            if (found.at(i).second.at(part) != digest[part]) {
+                return std::string(digest[part].first) + " differs in " + step;
+            }
+        }
+    }
+    return delayed.stale;
+}
