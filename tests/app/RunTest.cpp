@@ -116,6 +116,7 @@ TEST(RunTest, StartsAndShutsDownInOrder) {
         Signal running;
         Signal dropped;
         CMN_TaskManager& pool = *CMN_TaskManager::GetInstance();
+        EXPECT_EQ(pool.workerCount, 1);
         pool.AddTask([&] {
             running.Raise();
             EXPECT_TRUE(dropped.Wait()) << "pending jobs are dropped while a job still runs";

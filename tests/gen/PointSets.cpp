@@ -5,64 +5,30 @@
 #include <set>
 #include <utility>
 
-#include "gen/Random.h"
-
 namespace {
 
-struct Place {
-    float x, y;
-};
-
-float Whole(Twister& rng, std::int32_t lo, std::int32_t hi) {
-    return static_cast<float>(UniformInt(rng, lo, hi));
-}
-
-float Unit(Twister& rng) {
-    return Whole(rng, -(1 << 24), 1 << 24) / static_cast<float>(1 << 24);
-}
-
-// On the circle around the origin, as well as floats can say: rounding keeps flips from settling.
-Place OnCircle(Twister& rng) {
-    const float t = Unit(rng);
-    const float shrink = 1000.0f / (1.0f + t * t);
-    const float x = (1.0f - t * t) * shrink;
-    const float y = 2.0f * t * shrink;
-    return UniformInt(rng, 0, 1) == 0 ? Place{x, y} : Place{-x, -y};
-}
-
-Place OnLines(Twister& rng) {
-    const float t = Whole(rng, 0, 40);
-    const Place places[] = {{t, 0.0f}, {0.0f, t}, {t, t}, {t, 40.0f - 2.0f * t}};
-    return places[UniformInt(rng, 0, 3)];
-}
+using Place = std::pair<float, float>;
 
 Place OneOf(std::size_t shape, std::int32_t count, Twister& rng) {
-    const std::int32_t side = 3 + count / 8;
-    const auto scaled = [&rng](int least, int most) {
-        return std::ldexp(Unit(rng), UniformInt(rng, least, most));
+    const auto whole = [&rng](std::int32_t lo, std::int32_t hi) {
+        return static_cast<float>(UniformInt(rng, lo, hi));
     };
-    switch (shape) {
-    case 0:
-        return {Whole(rng, 0, side), Whole(rng, 0, side)};
-    case 2:
-        return OnLines(rng);
-    case 3:
-        return OnCircle(rng);
-    case 4:
-        return {1000.0f * Whole(rng, -1, 1) + Unit(rng), 1000.0f * Whole(rng, -1, 1) + Unit(rng)};
-    case 5:
-        return {Whole(rng, 0, 31) + 1048544.0f * Whole(rng, 0, 1), Whole(rng, 0, 31)};
-    case 6:
-        return {2.0e10f * Unit(rng), 2.0e10f * Unit(rng)};
-    case 7:
-        return {1.0e-21f * Whole(rng, 0, 99), 1.0e-21f * Whole(rng, 0, 99)};
-    case 8:
-        return {scaled(-100, 100), scaled(-100, 100)};
-    case 9:
-        return {Unit(rng) * 1000.0f, scaled(-16, 0)};
-    default:
-        return {Unit(rng), Unit(rng)};
-    }
+    const auto unit = [&] { return whole(-(1 << 24), 1 << 24) / static_cast<float>(1 << 24); };
+    const std::int32_t side = 3 + count / 8;
+    const float t = unit();
+    const float onCircle = (whole(0, 1) * 2000.0f - 1000.0f) / (1.0f + t * t);
+    const float x = whole(0, side);
+    const float half = whole(0, 1);
+    const float scale = std::ldexp(t, UniformInt(rng, -100, 100));
+    const Place places[] = {{x, whole(0, side)},
+                            {t, unit()},
+                            // Rounding keeps flips on a circle from settling.
+                            {(1.0f - t * t) * onCircle, 2.0f * t * onCircle},
+                            {whole(0, 31) + 1048544.0f * half, whole(0, 31)},
+                            {1.0e-21f * x, 1.0e-21f * whole(0, 99)},
+                            {scale, std::ldexp(unit(), UniformInt(rng, -100, 100))},
+                            {t * 1000.0f, std::ldexp(unit(), UniformInt(rng, -16, 0))}};
+    return places[shape];
 }
 
 } // namespace
@@ -77,11 +43,11 @@ void AddPoint(float x, float y, Points& points) {
 
 Points MakePoints(std::size_t shape, std::int32_t count, Twister& rng) {
     Points points;
-    std::set<std::pair<float, float>> taken;
+    std::set<Place> taken;
     for (std::int32_t i = 0; i < count; ++i) {
         const Place place = OneOf(shape, count, rng);
-        if (taken.insert({place.x, place.y}).second) {
-            AddPoint(place.x, place.y, points);
+        if (taken.insert(place).second) {
+            AddPoint(place.first, place.second, points);
         }
     }
     return points;
@@ -89,36 +55,17 @@ Points MakePoints(std::size_t shape, std::int32_t count, Twister& rng) {
 
 void Spoil(Points& points, Twister& rng) {
     using Floats = std::numeric_limits<float>;
-    const auto any = [&]() -> DelaunayPoint& {
-        const auto last = static_cast<std::int32_t>(points.size()) - 1;
-        return points[static_cast<std::size_t>(UniformInt(rng, 0, last))];
-    };
-    DelaunayPoint& point = any();
-    switch (UniformInt(rng, 0, 7)) {
-    case 0: // equal points
-        return AddPoint(point.x, point.y, points);
-    case 1: // one id twice
-        point.id = any().id;
-        break;
-    case 2:
-        point.id = UniformInt(rng, -5, -1);
-        break;
-    case 3:
-        point.x = Floats::quiet_NaN();
-        break;
-    case 4:
-        point.y = -Floats::infinity();
-        break;
-    case 5: // far above the count
-        point.id = 0x7fffffff - UniformInt(rng, 0, 3);
-        break;
-    case 6: // squares that leave the range of floats
-        point.x = Floats::max();
-        point.y = Floats::denorm_min();
-        break;
-    default: // equal but for the sign of zero
-        point.x = 0.0f;
-        any().x = -0.0f;
-        break;
+    const auto last = static_cast<std::int32_t>(points.size()) - 1;
+    DelaunayPoint& point = points[static_cast<std::size_t>(UniformInt(rng, 0, last))];
+    const DelaunayPoint other = points[static_cast<std::size_t>(UniformInt(rng, 0, last))];
+    const std::int32_t ids[] = {other.id, UniformInt(rng, -5, -1), 0x7fffffff - other.id % 4};
+    const float values[] = {Floats::quiet_NaN(), -Floats::infinity(), Floats::max(), -0.0f, 0.0f};
+    const std::int32_t way = UniformInt(rng, 0, 8);
+    if (way < 3) {
+        point.id = ids[way];
+    } else if (way < 8) {
+        point.x = values[way - 3];
+    } else {
+        AddPoint(point.x, point.y, points);
     }
 }

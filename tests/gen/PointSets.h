@@ -2,16 +2,13 @@
 // everywhere.
 #pragma once
 
-#include <cstdint>
-#include <vector>
-
-#include "gen/Triangulate.h"
 #include "gen/Random.h"
+#include "gen/Triangulate.h"
 
 using Points = std::vector<DelaunayPoint>;
 
-inline constexpr const char* kShapes[] = {"lattice", "plane", "lines",      "circle", "clumps",
-                                          "columns", "huge",  "tiny-steps", "mixed",  "slivers"};
+inline constexpr const char* kShapes[] = {"lattice", "plane", "circle", "columns",
+                                          "tiny",    "mixed", "slivers"};
 
 /// Appends a point whose id is its place in the list.
 void AddPoint(float x, float y, Points& points);
