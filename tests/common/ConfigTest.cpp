@@ -1,6 +1,7 @@
 // The configuration file: every key, and what counts as missing or invalid.
 #include "common/CMN_ConfigurationManager.h"
 
+#include "common/Portability.h"
 #include "support/Game.h"
 
 #include <gtest/gtest.h>
@@ -45,6 +46,10 @@ TEST(ConfigTest, ReadsEveryKeyInAnyCaseAndTakesDefaultsForTheRest) {
     const std::string folder = std::filesystem::temp_directory_path().string();
     for (const std::string& path : {folder, folder + "/there/is/no.ini", std::string()}) {
         EXPECT_EQ(Settings(path), nothing) << path;
+    }
+    std::FILE* file = nullptr;
+    for (const char* path : {"/dev/null", "/tmp", "/no/such/file"}) { // a pipe would block
+        EXPECT_NE(OpenFile(&file, path, "rb"), 0) << path;
     }
 }
 

@@ -23,6 +23,37 @@ TEST(PoolTest, OneWorkerRunsJobsInTheOrderAddedAndTheseMayAddMore) {
     EXPECT_TRUE(std::ranges::is_sorted(order));
 }
 
+TEST(PoolTest, EveryWorkerRunsAJobAtTheSameTime) {
+    CMN_TaskManager pool;
+    ASSERT_TRUE(pool.Init(8));
+    EXPECT_EQ(pool.workerCount, 7);
+    for (int round = 0; round < 20; ++round) { // in all but the first, workers have to be woken
+        std::atomic<int> arrived{0};
+        Signal allArrived;
+        std::vector<Signal> ended(7);
+        for (Signal& end : ended) {
+            pool.AddTask([&] {
+                if (++arrived == 7) {
+                    allArrived.Raise();
+                }
+                EXPECT_TRUE(allArrived.Wait()) << "fewer jobs than workers run at once";
+                end.Raise();
+            });
+        }
+        for (Signal& end : ended) {
+            ASSERT_TRUE(end.Wait());
+        }
+    }
+}
+
+TEST(PoolTest, WhatAJobHoldsGoesWhenItHasRun) {
+    Signal gone;
+    CMN_TaskManager pool;
+    pool.Init(2);
+    pool.AddTask([held = std::shared_ptr<Signal>(&gone, [](Signal* s) { s->Raise(); })] {});
+    EXPECT_TRUE(gone.Wait());
+}
+
 TEST(PoolTest, StoppingDropsPendingJobsAndFinishesTheRunningOne) {
     const auto pending = std::make_shared<int>(0); // counted by its holders
     bool finished = false;

@@ -51,4 +51,7 @@ TEST(InputTest, TheFirstJoystickSteersTheShip) {
     SDL_JoystickSetVirtualAxis(joystick, 1, -32768); // pushed away: up
     game.Tick(5);
     EXPECT_GT(game.World().player->position.y, 6156);
+    SDL_JoystickSetVirtualAxis(joystick, 4, -20000); // a trigger, pressed a little
+    game.Tick();
+    EXPECT_EQ(CMN_InputManager::GetInstance()->ActionValue(InputAction::ZoomOut), 0.0f);
 }
