@@ -4,12 +4,12 @@
 // ShutDown.
 #pragma once
 
+#include "common/Portability.h"
+
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <thread>
-
-#include "common/BasePath.h"
 
 struct StartOptions {
     std::uint32_t hardwareThreads = std::thread::hardware_concurrency();
@@ -20,7 +20,7 @@ struct StartOptions {
 /// been printed, and nothing is torn down.
 bool StartUp(const StartOptions& options = {});
 
-/// True once the user has asked to quit.
+/// True once the user has asked to quit; from the input manager's creation on.
 bool QuitRequested();
 
 /// One pass of the main loop at the time `now` (ms): a tick of 16 ms when one is due, then a frame.

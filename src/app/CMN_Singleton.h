@@ -21,6 +21,7 @@ public:
         return instance;
     }
 
+    /// True between the first GetInstance and DestroyInstance. Any thread.
     static bool HasInstance() { return instance != nullptr; }
 
     /// Deletes the instance; does nothing when there is none.

@@ -1,9 +1,9 @@
 // The program's clock. Only the main loop writes it; it stands still while a tick runs.
 #pragma once
 
-#include <cstdint>
-
 #include "app/CMN_Singleton.h"
+
+#include <cstdint>
 
 class CMN_TimeManager : public CMN_Singleton<CMN_TimeManager> {
 public:

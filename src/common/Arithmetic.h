@@ -50,9 +50,3 @@ constexpr std::int32_t Truncate(double value) {
 constexpr std::int32_t Truncate(float value) {
     return Truncate(static_cast<double>(value));
 }
-
-/// The nearest float; values beyond its range become its largest finite value, NaN stays NaN.
-constexpr float NarrowToFloat(double value) {
-    constexpr double limit = static_cast<double>(std::numeric_limits<float>::max());
-    return static_cast<float>(value > limit ? limit : (value < -limit ? -limit : value));
-}

@@ -1,7 +1,6 @@
 #include "common/CMN_ConfigurationManager.h"
 
 #include "common/Arithmetic.h"
-#include "common/Portability.h"
 
 // The library wants one of its character conversions named; the file is read as plain bytes.
 #define SI_NO_CONVERSION
@@ -21,6 +20,6 @@ bool CMN_ConfigurationManager::Load(const std::string& path) {
     height = Saturate(ini.GetLongValue("graphics", "height", 0));
     startPosX = Saturate(ini.GetLongValue("world", "start_pos_x", 0));
     startPosY = Saturate(ini.GetLongValue("world", "start_pos_y", 0));
-    startZoom = NarrowToFloat(ini.GetDoubleValue("world", "start_zoom", 0.0));
+    startZoom = static_cast<float>(ini.GetDoubleValue("world", "start_zoom", 0.0));
     return true;
 }

@@ -3,11 +3,11 @@
 // Main creates, loads and destroys it; any thread may read the fields after Load.
 #pragma once
 
+#include "app/CMN_Singleton.h"
+#include "common/Portability.h"
+
 #include <cstdint>
 #include <string>
-
-#include "app/CMN_Singleton.h"
-#include "common/BasePath.h"
 
 class CMN_ConfigurationManager : public CMN_Singleton<CMN_ConfigurationManager> {
 public:

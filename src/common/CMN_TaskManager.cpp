@@ -40,7 +40,7 @@ void CMN_TaskManager::Stop() {
         dropped.swap(tasks);
         condition.Broadcast();
     }
-    dropped.clear(); // outside the lock: what a job holds may do anything when it goes
+    dropped.clear(); // outside the lock, as destroying a job may run any code
     for (std::thread& worker : workers) {
         worker.join();
     }

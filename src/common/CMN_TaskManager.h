@@ -5,15 +5,15 @@
 // destroyed, and destroys it late.
 #pragma once
 
+#include "app/CMN_Singleton.h"
+#include "common/Mutex.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <list>
 #include <thread>
 #include <vector>
-
-#include "app/CMN_Singleton.h"
-#include "common/Mutex.h"
 
 class CMN_TaskManager : public CMN_Singleton<CMN_TaskManager> {
 public:
@@ -38,18 +38,21 @@ public:
     /// How many jobs wait for a worker. Any thread.
     std::size_t PendingTasks() VESK_EXCLUDES(mutex);
 
-    std::uint32_t hardwareThreads = 0; ///< as read by Init
-    std::int32_t workerCount = 0;      ///< hardwareThreads - 1
-
 private:
     void WorkerLoop() VESK_EXCLUDES(mutex);
 
     /// Waits for the next job and moves it into `job`; false when the worker is to end.
     bool TakeTask(std::function<void()>& job) VESK_EXCLUDES(mutex);
 
-    Mutex mutex;
-    Condition condition; ///< signalled per added job, broadcast at the stop
     std::list<std::function<void()>> tasks VESK_GUARDED_BY(mutex); ///< oldest first
-    bool stop VESK_GUARDED_BY(mutex) = false;
+    Condition condition; ///< signalled per added job, broadcast at the stop
+    Mutex mutex;
+
+public:
+    std::uint32_t hardwareThreads = 0; ///< as read by Init
+    std::int32_t workerCount = 0;      ///< hardwareThreads - 1
+
+private:
     std::vector<std::thread> workers; ///< in start order; main thread only
+    bool stop VESK_GUARDED_BY(mutex) = false;
 };

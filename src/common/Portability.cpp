@@ -1,8 +1,12 @@
 #include "common/Portability.h"
 
+#include <SDL_filesystem.h>
+#include <SDL_stdinc.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <memory>
 #include <system_error>
 
 #if !defined(_WIN32)
@@ -49,6 +53,11 @@ void PrepareProcess() {
     std::signal(SIGPIPE, SIG_IGN);
     PassOnHangUp();
 #endif
+}
+
+std::string GetBasePath() {
+    const std::unique_ptr<char, decltype(&SDL_free)> path(SDL_GetBasePath(), SDL_free);
+    return path ? path.get() : "";
 }
 
 int OpenFile(std::FILE** file, const std::string& path, const char* mode) {

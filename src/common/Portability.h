@@ -1,4 +1,4 @@
-// What differs between systems, in one place.
+// What differs between systems, and where the program's files are.
 #pragma once
 
 #include <cstdio>
@@ -17,6 +17,9 @@ inline constexpr char kPathSeparator = '/';
 /// place and receives what is printed. Output that nobody reads any more is lost without ending the
 /// program, and a hang-up (the terminal closes) ends it as the termination signal does.
 void PrepareProcess();
+
+/// The executable's directory, ending in a separator; empty when SDL cannot tell. Main thread.
+std::string GetBasePath();
 
 /// Opens a regular file as fopen_s does: 0 on success, an error number otherwise, *file null then.
 /// Anything else, such as a directory, a pipe or a device, counts as missing. The caller owns the

@@ -2,7 +2,7 @@
 // nothing.
 //
 // A field names the lock that guards it, a function the locks that its caller must or must not
-// hold. Attributes cannot be spelled by a function, hence the macros.
+// hold. Only a macro can stand for an attribute.
 #pragma once
 
 #if defined(__clang__)

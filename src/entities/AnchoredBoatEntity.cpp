@@ -1,9 +1,17 @@
 #include "entities/AnchoredBoatEntity.h"
 
 #include "entities/CameraEntity.h"
-#include "entities/ShipSprites.h"
 #include "gfx/GFX_GraphicsManager.h"
 #include "world/WorldManager.h"
+
+std::array<Sprite*, 4> CutShipSprites() {
+    GFX_GraphicsManager& graphics = *GFX_GraphicsManager::GetInstance();
+    Sprite* down = graphics.CreateSprite("ships.png", 0, 0, 32, 32);
+    Sprite* left = graphics.CreateSprite("ships.png", 0, 32, 32, 32);
+    Sprite* right = graphics.CreateSprite("ships.png", 0, 64, 32, 32);
+    Sprite* up = graphics.CreateSprite("ships.png", 0, 96, 32, 32);
+    return {up, down, left, right};
+}
 
 void AnchoredBoatEntity::Init() {
     sprites = CutShipSprites();

@@ -2,11 +2,20 @@
 // shows and hides it. Main thread; owned by the world manager.
 #pragma once
 
+#include "gfx/Sprite.h"
+#include "world/IEntity.h"
+
 #include <array>
 #include <cstdint>
 
-#include "gfx/Sprite.h"
-#include "world/IEntity.h"
+/// Where a ship or figure heads; the world's y grows upward.
+namespace Direction {
+enum : std::int32_t { Up, Down, Left, Right };
+}
+
+/// New sprites of the ship, sailing and anchored alike, by direction; null where the image is
+/// missing. The graphics manager owns them. Main thread.
+std::array<Sprite*, 4> CutShipSprites();
 
 class AnchoredBoatEntity : public IEntity {
 public:
@@ -16,6 +25,6 @@ public:
     void Update() override {}
     void Render() override;
 
-    std::int32_t direction = 0;             ///< 0 up, 1 down, 2 left, 3 right
-    std::array<const Sprite*, 4> sprites{}; ///< by direction
+    std::int32_t direction = 0;       ///< of `Direction`
+    std::array<Sprite*, 4> sprites{}; ///< by direction
 };

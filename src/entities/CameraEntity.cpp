@@ -7,11 +7,9 @@
 namespace {
 
 constexpr float kZoomPerTick = 0.1f; // share of the zoom
-constexpr float kMinZoom = 0.01f;
-constexpr float kMaxZoom = 10.0f;
-constexpr float kDeadZone = 0.2f; // share of half the window
+constexpr float kDeadZone = 0.2f;    // share of half the window
 
-// How far an offset lies beyond the dead zone, per axis.
+// How far an offset lies beyond the dead zone, along one axis.
 std::int32_t Overshoot(std::int32_t offset, std::int32_t deadZone) {
     if (offset > deadZone) {
         return WrapSub(offset, deadZone);
@@ -33,7 +31,7 @@ void CameraEntity::Update() {
 
 void CameraEntity::UpdateZoom() {
     const CMN_InputManager& input = *CMN_InputManager::GetInstance();
-    // The bounds are tested before the change, so the zoom may end a little beyond them.
+    // The bounds are tested before the change.
     if (zoom > kMinZoom) {
         zoom -= zoom * kZoomPerTick * input.ActionValue(InputAction::ZoomOut);
     }

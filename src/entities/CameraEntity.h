@@ -7,6 +7,10 @@
 
 class CameraEntity : public IEntity {
 public:
+    // Within these a start zoom is taken; a change of the zoom may end a little beyond them.
+    static constexpr float kMinZoom = 0.01f;
+    static constexpr float kMaxZoom = 10.0f;
+
     void Update() override;
     void Render() override {}
 

@@ -10,9 +10,9 @@ constexpr std::int32_t kMarkerSize = 32; // world units
 
 } // namespace
 
-bool CompassEntity::Init(std::int32_t pointIndex, Vec2i place) {
+bool CompassEntity::Init(std::int32_t pointIndex, Vec2i point) {
     index = pointIndex;
-    position = place;
+    position = point;
     sprite = GFX_GraphicsManager::GetInstance()->CreateSprite("compass.png", 0, 0, 128, 128);
     return true;
 }

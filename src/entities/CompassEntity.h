@@ -3,20 +3,20 @@
 // unloaded.
 #pragma once
 
-#include <cstdint>
-
 #include "gfx/Sprite.h"
 #include "world/IEntity.h"
 
+#include <cstdint>
+
 class CompassEntity : public IEntity {
 public:
-    /// Takes the point's place in the cell's list and in the world (world units), and cuts the
+    /// Takes the point's index in the cell's list and its position (world units), and cuts the
     /// sprite. Any thread. Always true.
-    bool Init(std::int32_t pointIndex, Vec2i place);
+    bool Init(std::int32_t pointIndex, Vec2i point);
 
     void Update() override {}
     void Render() override;
 
-    const Sprite* sprite = nullptr;
-    std::int32_t index = -1;
+    Sprite* sprite = nullptr; ///< not owned; null draws nothing
+    std::int32_t index = -1;  ///< of the point in the cell's list
 };

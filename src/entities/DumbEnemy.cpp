@@ -4,8 +4,8 @@
 #include "gfx/GFX_GraphicsManager.h"
 #include "world/WorldManager.h"
 
-bool DumbEnemy::Init(Vec2i place) {
-    position = place;
+bool DumbEnemy::Init(Vec2i spawnPoint) {
+    position = spawnPoint;
     sprite = GFX_GraphicsManager::GetInstance()->CreateSprite("enemies.png", 0, 0, 16, 16);
     return true;
 }

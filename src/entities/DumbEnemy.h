@@ -7,11 +7,11 @@
 
 class DumbEnemy : public IEntity {
 public:
-    /// Takes the place (world units) and cuts the sprite. Any thread. Always true.
-    bool Init(Vec2i place);
+    /// Takes the spawn point (world units) and cuts the sprite. Any thread. Always true.
+    bool Init(Vec2i spawnPoint);
 
     void Update() override {}
     void Render() override;
 
-    const Sprite* sprite = nullptr;
+    Sprite* sprite = nullptr; ///< not owned; null draws nothing
 };

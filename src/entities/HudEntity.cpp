@@ -1,6 +1,7 @@
 #include "entities/HudEntity.h"
 
 #include "entities/PlayerEntity.h"
+#include "gen/GridKey.h"
 #include "gfx/GFX_GraphicsManager.h"
 #include "world/ASM_AssetManager.h"
 #include "world/WorldManager.h"
@@ -30,9 +31,10 @@ bool HudEntity::Init() {
 
 void HudEntity::Update() {
     const Vec2i player = WorldManager::GetInstance()->player->position;
-    const Vec2f inCells{static_cast<float>(player.x) / static_cast<float>(kCellSize),
-                        static_cast<float>(player.y) / static_cast<float>(kCellSize)};
-    const Vec2f shifted = inCells - Vec2f{0.5f, 0.5f};
+    constexpr auto cellSize = static_cast<float>(kCellSize);
+    const Vec2f inCells{static_cast<float>(player.x) / cellSize,
+                        static_cast<float>(player.y) / cellSize};
+    const Vec2f shifted = inCells - Vec2f{0.5f, 0.5f}; // a whole number at a cell's centre
     const Vec2i cell = player / kCellSize;
     icons.clear();
     for (std::int32_t x = cell.x - kReach; x <= cell.x + kReach; ++x) {
@@ -44,18 +46,14 @@ void HudEntity::Update() {
     }
 }
 
-bool HudEntity::IsLand(Vec2i cell) {
+bool HudEntity::IsLand(Vec2i coords) {
     const ClusterRecord* cluster =
-        ASM_AssetManager::GetInstance()->FindCluster(ClusterKeyOfCell(cell).id);
-    if (cluster == nullptr) {
-        return false;
-    }
-    const auto flag = cluster->cells.find(CellKey(cell).id);
-    return flag != cluster->cells.end() && flag->second == 1;
+        ASM_AssetManager::GetInstance()->FindCluster(ClusterKeyOfCell(coords).id);
+    return cluster != nullptr && cluster->LandFlag(CellKey(coords).id) == 1;
 }
 
-Vec2i HudEntity::IconFor(Vec2i cell, Vec2f playerInCells) const {
-    Vec2f offset = ToVec2f(cell) - playerInCells;
+Vec2i HudEntity::IconFor(Vec2i coords, Vec2f playerInCells) const {
+    Vec2f offset = ToVec2f(coords) - playerInCells;
     offset.y = -offset.y; // the window's y grows downward
     offset = offset * pixelsPerCell;
     const float length = std::sqrt(offset.x * offset.x + offset.y * offset.y);

@@ -2,29 +2,29 @@
 // around the player. Main thread; owned by the world manager.
 #pragma once
 
+#include "gfx/Sprite.h"
+#include "gfx/Vec2.h"
+#include "world/IEntity.h"
+
 #include <cstdint>
 #include <vector>
 
-#include "gen/GridKey.h"
-#include "gfx/Sprite.h"
-#include "world/IEntity.h"
-
 class HudEntity : public IEntity {
 public:
-    /// Looks the images up (the graphics manager owns them) and takes the place in the corner: the
+    /// Looks the images up (the graphics manager owns them) and moves to the corner: the
     /// position is the radar's centre in SDL window coordinates. Always true.
     bool Init();
 
     void Update() override;
     void Render() override;
 
-    const TextureInfo* compassTexture = nullptr; ///< null draws nothing
-    const TextureInfo* islandTexture = nullptr;  ///< null draws nothing
-    std::vector<Vec2i> icons;                    ///< window pixels, y down
+    TextureInfo* compassTexture = nullptr; ///< null draws nothing
+    TextureInfo* islandTexture = nullptr;  ///< null draws nothing
+    std::vector<Vec2i> icons;              ///< window pixels, y down
     float pixelsPerCell = 20.0f;
     float radius = 50.0f; ///< the farthest an icon lies from the centre, in pixels
 
 private:
-    static bool IsLand(Vec2i cell);
-    Vec2i IconFor(Vec2i cell, Vec2f playerInCells) const;
+    static bool IsLand(Vec2i coords);
+    Vec2i IconFor(Vec2i coords, Vec2f playerInCells) const;
 };

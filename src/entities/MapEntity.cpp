@@ -1,9 +1,8 @@
 #include "entities/MapEntity.h"
 
-#include "common/Mutex.h"
 #include "entities/PlayerEntity.h"
 #include "entities/TerrainCellEntity.h"
-#include "gfx/DrawColorScope.h"
+#include "gfx/Colors.h"
 #include "gfx/GFX_GraphicsManager.h"
 #include "input/CMN_InputManager.h"
 #include "world/WorldManager.h"
@@ -17,17 +16,9 @@
 
 namespace {
 
-constexpr SDL_Color kBlue{0, 0, 255, 255};
-constexpr SDL_Color kBlack{0, 0, 0, 255};
-constexpr SDL_Color kGreen{0, 255, 0, 255};
-constexpr SDL_Color kWhite{255, 255, 255, 255};
-constexpr SDL_Color kYellow{255, 255, 0, 255};
-constexpr SDL_Color kOrange{255, 128, 0, 255};
-constexpr SDL_Color kRed{255, 0, 0, 255};
-
-constexpr float kZoomStep = 0.1f; // share of the zoom gained or lost in a tick
-constexpr std::int32_t kLabelRise = 50;
-constexpr std::int32_t kLabelWidth = 200;
+constexpr float kZoomStep = 0.1f;         // share of the zoom gained or lost in a tick
+constexpr std::int32_t kLabelRise = 50;   // window pixels
+constexpr std::int32_t kLabelWidth = 200; // window pixels
 
 GFX_GraphicsManager& Graphics() {
     return *GFX_GraphicsManager::GetInstance();
@@ -35,30 +26,28 @@ GFX_GraphicsManager& Graphics() {
 
 /// A world coordinate along one axis, `offset` world units from a cell's origin. Cells decoded from
 /// wrapped ids and cells on the edge of the world reach beyond 32 bits.
-float WorldCoordinate(std::int32_t cell, std::int32_t offset) {
-    return static_cast<float>(std::int64_t{cell} * kCellSize + offset);
+float WorldCoordinate(std::int32_t cellCoordinate, std::int32_t offset) {
+    return static_cast<float>(std::int64_t{cellCoordinate} * kCellSize + offset);
 }
 
-Vec2f WorldPoint(Vec2i cell, Vec2i offset) {
-    return {WorldCoordinate(cell.x, offset.x), WorldCoordinate(cell.y, offset.y)};
+Vec2f WorldPoint(Vec2i coords, Vec2i offset) {
+    return {WorldCoordinate(coords.x, offset.x), WorldCoordinate(coords.y, offset.y)};
 }
 
-/// The SDL rectangle (y down) of this size whose upper left corner is a window point (y up).
-SDL_Rect ScreenRect(Vec2i upperLeft, Vec2i size) {
-    return {upperLeft.x, SaturatingSub(Graphics().height, upperLeft.y), size.x, size.y};
+/// The rectangle of this size with its lower left corner at a window point.
+Rect RectAt(Vec2i corner, Vec2i size) {
+    return {SaturatingAdd(corner.x, size.x),
+            corner.x,
+            SaturatingAdd(corner.y, size.y),
+            corner.y,
+            size.x,
+            size.y};
 }
 
-/// A square of twice `reach` pixels around a window point (y up).
-SDL_Rect SquareAround(Vec2i point, std::int32_t reach) {
-    const Vec2i upperLeft{SaturatingSub(point.x, reach), SaturatingAdd(point.y, reach)};
-    return ScreenRect(upperLeft, {2 * reach, 2 * reach});
-}
-
-void Fill(const SDL_Rect& rect, const SDL_Color& color) {
-    GFX_GraphicsManager& graphics = Graphics();
-    const MutexLock lock(graphics.renderLock);
-    const DrawColorScope scope(graphics.renderer, color);
-    graphics.FillScreenRect(rect);
+/// A square of twice `reach` pixels around a window point.
+Rect SquareAround(Vec2i point, std::int32_t reach) {
+    const Vec2i corner{SaturatingSub(point.x, reach), SaturatingSub(point.y, reach)};
+    return RectAt(corner, {2 * reach, 2 * reach});
 }
 
 void DrawCross(Vec2i point, std::int32_t reach, const SDL_Color& color) {
@@ -74,7 +63,7 @@ MapEntity::MapEntity() {
     const Vec2i window{Graphics().width, Graphics().height};
     const Vec2i size = window * sizeFraction;
     const Vec2i margin = (window - size) * 0.5f;
-    frame = {margin.x + size.x, margin.x, margin.y + size.y, margin.y, size.x, size.y};
+    frame = RectAt(margin, size);
     center = margin + size * 0.5f;
 }
 
@@ -151,14 +140,14 @@ void MapEntity::RenderOverview() const {
     }
 }
 
-void MapEntity::RenderCell(Vec2i cell) const {
-    const Vec2i point = ToWindow(WorldPoint(cell, {kCellSize / 2, kCellSize / 2}));
+void MapEntity::RenderCell(Vec2i coords) const {
+    const Vec2i point = ToWindow(WorldPoint(coords, {kCellSize / 2, kCellSize / 2}));
     if (!IsInFrame(point)) {
         return;
     }
-    Fill(SquareAround(point, 5), kGreen);
+    Graphics().FillRect(SquareAround(point, 5), kGreen);
     std::array<char, 24> text{};
-    std::snprintf(text.data(), text.size(), "(%d,%d)", cell.x, cell.y);
+    std::snprintf(text.data(), text.size(), "(%d,%d)", coords.x, coords.y);
     const Rect label{point.x + kLabelWidth, point.x,    point.y + kLabelRise, point.y,
                      kLabelWidth,           -kLabelRise};
     Graphics().DrawText(text.data(), label, kWhite);
@@ -169,33 +158,32 @@ void MapEntity::RenderDetail() {
     const CellGrid& grid = WorldManager::GetInstance()->cellGrid;
     for (std::size_t slot = 0; slot < CellGrid::kSlotCount; ++slot) {
         grid.GetEntity(slot)->ReadDungeon([this](const GridKey& key, const DungeonRecord& record) {
-            AddDungeon({key.x, key.y}, record);
+            AddDungeon(key.Coords(), record);
         });
     }
     for (const Mark& mark : marks) {
-        Fill(mark.place, mark.color);
+        Graphics().FillRect(mark.rect, mark.color);
     }
 }
 
 // Runs under a cell's record lock, so it only computes what is to be drawn afterwards.
-void MapEntity::AddDungeon(Vec2i cell, const DungeonRecord& record) {
+void MapEntity::AddDungeon(Vec2i coords, const DungeonRecord& record) {
     for (const DungeonRoom& hallway : record.hallways) {
-        AddArea(cell, hallway, kYellow);
+        AddArea(coords, hallway, kYellow);
     }
     for (const std::int32_t room : record.mainRooms) {
-        AddArea(cell, record.rooms[static_cast<std::size_t>(room)], kGreen);
+        AddArea(coords, record.Room(room), kGreen);
     }
     if (showCompasses) {
         for (const Vec2i tile : record.compassPoints) {
-            const Vec2i point = ToWindow(WorldPoint(cell, tile * kTileSize));
+            const Vec2i point = ToWindow(WorldPoint(coords, tile * kTileSize));
             marks.push_back({SquareAround(point, 2), kOrange});
         }
     }
 }
 
-void MapEntity::AddArea(Vec2i cell, const DungeonRoom& room, const SDL_Color& color) {
-    const Vec2i corner = ToWindow(WorldPoint(cell, room.minCorner * kTileSize));
+void MapEntity::AddArea(Vec2i coords, const DungeonRoom& room, const SDL_Color& color) {
+    const Vec2i corner = ToWindow(WorldPoint(coords, room.minCorner * kTileSize));
     const Vec2i size = ToVec2i(ToVec2f(Vec2i{room.w, room.h} * kTileSize) * (zoom * worldToMap));
-    const Vec2i upperLeft{corner.x, SaturatingAdd(corner.y, size.y)};
-    marks.push_back({ScreenRect(upperLeft, size), color});
+    marks.push_back({RectAt(corner, size), color});
 }

@@ -7,21 +7,19 @@
 // lock, as load jobs may replace them.
 #pragma once
 
-#include <cstdint>
-#include <vector>
-
-#include <SDL_pixels.h>
-#include <SDL_rect.h>
-
 #include "gen/DungeonRecord.h"
 #include "gen/GridKey.h"
 #include "gfx/Rect.h"
 #include "gfx/Vec2.h"
 #include "world/IEntity.h"
 
+#include <SDL_pixels.h>
+
+#include <vector>
+
 class MapEntity : public IEntity {
 public:
-    /// Takes its place from the window's size; the graphics manager must be there.
+    /// Takes frame and centre from the window's size; the graphics manager must be there.
     MapEntity();
 
     void Update() override;
@@ -48,19 +46,19 @@ public:
     float mapToWorld = static_cast<float>(kCellSize) / cellPixels;
 
 private:
-    /// A filled rectangle of the detailed view, in SDL window coordinates (y down).
+    /// A filled rectangle of the detailed view.
     struct Mark {
-        SDL_Rect place;
+        Rect rect;
         SDL_Color color;
     };
 
     void UpdateZoom();
     void UpdatePan(float speed);
     void RenderOverview() const;
-    void RenderCell(Vec2i cell) const;
+    void RenderCell(Vec2i coords) const;
     void RenderDetail();
-    void AddDungeon(Vec2i cell, const DungeonRecord& record);
-    void AddArea(Vec2i cell, const DungeonRoom& room, const SDL_Color& color);
+    void AddDungeon(Vec2i coords, const DungeonRecord& record);
+    void AddArea(Vec2i coords, const DungeonRoom& room, const SDL_Color& color);
 
     Vec2i ToWindow(Vec2f world) const;
     bool IsInFrame(Vec2i point) const;

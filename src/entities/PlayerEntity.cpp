@@ -3,60 +3,49 @@
 #include "app/CMN_TimeManager.h"
 #include "entities/AnchoredBoatEntity.h"
 #include "entities/CameraEntity.h"
-#include "entities/ShipSprites.h"
 #include "entities/TerrainCellEntity.h"
 #include "gen/GridKey.h"
-#include "gfx/DrawColorScope.h"
+#include "gfx/Colors.h"
+#include "gfx/DebugText.h"
 #include "gfx/GFX_GraphicsManager.h"
 #include "input/CMN_InputManager.h"
 #include "world/WorldManager.h"
 
 #include <cmath>
 #include <cstddef>
-#include <cstdio>
 #include <vector>
 
 namespace {
 
 constexpr float kInputThreshold = 0.8f;
 constexpr std::int32_t kHalfTile = kTileSize / 2;
-constexpr std::int32_t kInfoLeft = 300; // window pixels
-constexpr SDL_Color kWhite{255, 255, 255, 255};
 
-constexpr std::array<Vec2f, 4> kHeadings{Vec2f{0, 1}, Vec2f{0, -1}, Vec2f{-1, 0}, Vec2f{1, 0}};
+constexpr std::array<Vec2f, 4> kMoveVectors{Vec2f{0, 1}, Vec2f{0, -1}, Vec2f{-1, 0}, Vec2f{1, 0}};
 
 float Length(Vec2f v) {
     return std::sqrt(v.x * v.x + v.y * v.y);
 }
 
-// The heading that the player asks for, or -1. A horizontal input wins over a vertical one.
+// The direction that the player asks for, or -1. A horizontal input wins over a vertical one.
 std::int32_t ChosenDirection() {
     const CMN_InputManager& input = *CMN_InputManager::GetInstance();
     const float horizontal = input.ActionValue(InputAction::MoveHorizontal);
     const float vertical = input.ActionValue(InputAction::MoveVertical);
     if (horizontal < -kInputThreshold) {
-        return kLeft;
+        return Direction::Left;
     }
     if (horizontal > kInputThreshold) {
-        return kRight;
+        return Direction::Right;
     }
     if (vertical > kInputThreshold) {
-        return kUp;
+        return Direction::Up;
     }
-    return vertical < -kInputThreshold ? kDown : -1;
+    return vertical < -kInputThreshold ? Direction::Down : -1;
 }
 
-template <typename... Values>
-void DrawInfoLine(std::int32_t line, const char* format, Values... values) {
-    constexpr std::int32_t lineHeight = 15; // window pixels
-    std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), format, values...);
-    GFX_GraphicsManager::GetInstance()->DrawTextAt(text.data(), kInfoLeft, line * lineHeight);
-}
-
-Vec2i CellCenter(const GridKey& cell) {
+Vec2i CellCenter(const GridKey& key) {
     constexpr Vec2i half{kCellSize / 2, kCellSize / 2};
-    return CellOrigin({cell.x, cell.y}) + half;
+    return CellOrigin(key.Coords()) + half;
 }
 
 } // namespace
@@ -64,10 +53,10 @@ Vec2i CellCenter(const GridKey& cell) {
 void PlayerEntity::Init() {
     GFX_GraphicsManager& graphics = *GFX_GraphicsManager::GetInstance();
     shipSprites = CutShipSprites();
-    walkSprites[kDown] = graphics.CreateSprite("link_raw.png", 0, 0, 16, 16);
-    walkSprites[kLeft] = graphics.CreateSprite("link_raw.png", 30, 0, 16, 16);
-    walkSprites[kUp] = graphics.CreateSprite("link_raw.png", 62, 0, 16, 16);
-    walkSprites[kRight] = graphics.CreateSprite("link_raw.png", 91, 0, 16, 16);
+    walkSprites[Direction::Down] = graphics.CreateSprite("link_raw.png", 0, 0, 16, 16);
+    walkSprites[Direction::Left] = graphics.CreateSprite("link_raw.png", 30, 0, 16, 16);
+    walkSprites[Direction::Up] = graphics.CreateSprite("link_raw.png", 62, 0, 16, 16);
+    walkSprites[Direction::Right] = graphics.CreateSprite("link_raw.png", 91, 0, 16, 16);
     position = {kHalfTile, kHalfTile};
     exactPosition = ToVec2f(position);
     speed = waterSpeed;
@@ -98,9 +87,9 @@ bool PlayerEntity::IsOnTileCenter() const {
     return position.x % kTileSize == kHalfTile && position.y % kTileSize == kHalfTile;
 }
 
-void PlayerEntity::StartMove(std::int32_t heading) {
-    direction = heading;
-    moveVector = kHeadings[static_cast<std::size_t>(heading)];
+void PlayerEntity::StartMove(std::int32_t newDirection) {
+    direction = newDirection;
+    moveVector = kMoveVectors[static_cast<std::size_t>(direction)];
     idle = false;
     targetTile = position + ToVec2i(moveVector) * kTileSize;
     const std::uint8_t tile = WorldManager::GetInstance()->GetTileAt(targetTile);
@@ -156,10 +145,10 @@ void PlayerEntity::Advance() {
 
 void PlayerEntity::Render() {
     const WorldManager& world = *WorldManager::GetInstance();
-    const auto& views = mode == kSailing ? shipSprites : walkSprites;
-    GFX_GraphicsManager::GetInstance()->DrawSpriteSized(views[static_cast<std::size_t>(direction)],
-                                                        position, world.camera->position,
-                                                        world.camera->zoom, kTileSize);
+    const auto& sprites = mode == kSailing ? shipSprites : walkSprites;
+    GFX_GraphicsManager::GetInstance()->DrawSpriteSized(
+        sprites[static_cast<std::size_t>(direction)], position, world.camera->position,
+        world.camera->zoom, kTileSize);
     if (world.showPlayerInfo) {
         RenderInfo();
     }
@@ -167,15 +156,15 @@ void PlayerEntity::Render() {
 
 void PlayerEntity::RenderInfo() const {
     const GridKey cell = CellKeyAt(position);
-    const GridKey cluster = ClusterKeyOfCell({cell.x, cell.y});
-    DrawInfoLine(0, "World Position %d %d", position.x, position.y);
-    DrawInfoLine(1, "Cell Id %d (%d %d)", cell.id, cell.x, cell.y);
-    DrawInfoLine(2, "Cluster Id %d (%d %d)", cluster.id, cluster.x, cluster.y);
+    const GridKey cluster = ClusterKeyOfCell(cell.Coords());
+    DrawDebugLine(0, "World Position %d %d", position.x, position.y);
+    DrawDebugLine(1, "Cell Id %d (%d %d)", cell.id, cell.x, cell.y);
+    DrawDebugLine(2, "Cluster Id %d (%d %d)", cluster.id, cluster.x, cluster.y);
     const TerrainCellEntity* entity =
-        WorldManager::GetInstance()->cellGrid.FindLoaded({cell.x, cell.y});
+        WorldManager::GetInstance()->cellGrid.FindLoaded(cell.Coords());
     if (entity != nullptr) {
         const std::vector<GridKey> neighbors = entity->GetNeighbors();
-        DrawInfoLine(3, "Neighbors %zd", static_cast<std::ptrdiff_t>(neighbors.size()));
+        DrawDebugLine(3, "Neighbors %zd", static_cast<std::ptrdiff_t>(neighbors.size()));
         RenderNeighborLinks(CellCenter(entity->GetView().key), neighbors);
     }
 }

@@ -5,13 +5,13 @@
 // the world manager.
 #pragma once
 
-#include <array>
-#include <cstdint>
-#include <vector>
-
 #include "gen/GridKey.h"
 #include "gfx/Sprite.h"
 #include "world/IEntity.h"
+
+#include <array>
+#include <cstdint>
+#include <vector>
 
 class PlayerEntity : public IEntity {
 public:
@@ -28,22 +28,22 @@ public:
     void Update() override;
     void Render() override;
 
-    float waterSpeed = 1200.0f;                 ///< world units per second
-    float landSpeed = 120.0f;                   ///< world units per second
-    std::int32_t direction = 3;                 ///< 0 up, 1 down, 2 left, 3 right
-    std::array<const Sprite*, 4> shipSprites{}; ///< by direction
-    std::array<const Sprite*, 4> walkSprites{}; ///< by direction
-    Vec2f exactPosition;                        ///< world units; `position` is its truncation
-    Vec2i targetTile;          ///< centre of the tile the move goes to, world units
-    Vec2f moveVector;          ///< unit vector of the move
-    std::uint8_t tileType = 0; ///< tile value the player is on
-    std::int32_t mode = kSailing;
-    float speed = 0.0f; ///< world units per second
-    bool idle = true;
+    float waterSpeed = 1200.0f;           ///< world units per second
+    float landSpeed = 120.0f;             ///< world units per second
+    std::int32_t direction = 3;           ///< of `Direction`: 0 up, 1 down, 2 left, 3 right
+    std::array<Sprite*, 4> shipSprites{}; ///< by direction
+    std::array<Sprite*, 4> walkSprites{}; ///< by direction
+    Vec2f exactPosition;                  ///< world units; `position` is its truncation
+    Vec2i targetTile;                     ///< centre of the tile the move goes to, world units
+    Vec2f moveVector;                     ///< unit vector of the move
+    std::uint8_t tileType = 0;            ///< tile value the player is on
+    std::int32_t mode = kSailing;         ///< kSailing or kOnFoot
+    float speed = 0.0f;                   ///< world units per second
+    bool idle = true;                     ///< no move is under way
 
 private:
     bool IsOnTileCenter() const;
-    void StartMove(std::int32_t heading);
+    void StartMove(std::int32_t newDirection);
     void EnterTile(std::uint8_t tile);
     void BoardShip();
     void LeaveShip();

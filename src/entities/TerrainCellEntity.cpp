@@ -1,7 +1,7 @@
 #include "entities/TerrainCellEntity.h"
 
 #include "entities/CameraEntity.h"
-#include "gfx/DrawColorScope.h"
+#include "gfx/Colors.h"
 #include "gfx/GFX_GraphicsManager.h"
 #include "world/ASM_AssetManager.h"
 #include "world/WorldManager.h"
@@ -10,10 +10,6 @@
 #include <cstddef>
 
 namespace {
-
-constexpr SDL_Color kRed{255, 0, 0, 255};
-constexpr SDL_Color kYellow{255, 255, 0, 255};
-constexpr SDL_Color kGreen{0, 255, 0, 255};
 
 // Tile columns or rows from first to last, none when first exceeds last.
 struct TileRange {
@@ -41,11 +37,11 @@ struct Extent {
     }
 };
 
-// Places things of one cell, given in its tiles, in the window.
+// Where things of one cell, given in its tiles, appear in the window.
 class CellProjection {
 public:
-    explicit CellProjection(const TerrainCellEntity::View& cell)
-        : origin(cell.corners[0]), camera(*WorldManager::GetInstance()->camera),
+    explicit CellProjection(const TerrainCellEntity::View& shown)
+        : origin(shown.corners[0]), camera(*WorldManager::GetInstance()->camera),
           graphics(*GFX_GraphicsManager::GetInstance()) {}
 
     Vec2i Corner(Vec2i tile) const { return Point(origin + tile * kTileSize); }
@@ -64,46 +60,46 @@ private:
     const GFX_GraphicsManager& graphics;
 };
 
-void DrawLockedLine(Vec2i from, Vec2i to) {
+void DrawOverlayLine(Vec2i from, Vec2i to) {
     GFX_GraphicsManager& graphics = *GFX_GraphicsManager::GetInstance();
     const MutexLock lock(graphics.renderLock);
     graphics.DrawScreenLine(from, to);
 }
 
-void OutlineLocked(Vec2i corner, Vec2i size) {
+void DrawOverlayRect(Vec2i corner, Vec2i size) {
     GFX_GraphicsManager& graphics = *GFX_GraphicsManager::GetInstance();
     const MutexLock lock(graphics.renderLock);
     graphics.OutlineScreenRect({corner.x, corner.y, size.x, size.y});
 }
 
-void RenderBorder(const TerrainCellEntity::View& cell, const CellProjection& place) {
+void RenderBorder(const TerrainCellEntity::View& shown, const CellProjection& projection) {
     const DrawColorScope scope(GFX_GraphicsManager::GetInstance()->renderer, kRed);
-    for (std::size_t i = 0; i < cell.corners.size(); ++i) {
-        const std::size_t next = (i + 1) % cell.corners.size();
-        DrawLockedLine(place.Point(cell.corners[i]), place.Point(cell.corners[next]));
+    for (std::size_t i = 0; i < shown.corners.size(); ++i) {
+        const std::size_t next = (i + 1) % shown.corners.size();
+        DrawOverlayLine(projection.Point(shown.corners[i]), projection.Point(shown.corners[next]));
     }
 }
 
-void RenderRooms(const DungeonRecord& dungeon, const CellProjection& place) {
+void RenderRooms(const DungeonRecord& dungeon, const CellProjection& projection) {
     const DrawColorScope scope(GFX_GraphicsManager::GetInstance()->renderer, kYellow);
     for (const DungeonRoom& room : dungeon.rooms) {
-        OutlineLocked(place.Corner({room.x, room.y}), place.Size(room.w, room.h));
+        DrawOverlayRect(projection.Corner({room.x, room.y}), projection.Size(room.w, room.h));
     }
 }
 
-void RenderSpanningTree(const DungeonRecord& dungeon, const CellProjection& place) {
+void RenderSpanningTree(const DungeonRecord& dungeon, const CellProjection& projection) {
     const DrawColorScope scope(GFX_GraphicsManager::GetInstance()->renderer, kGreen);
     for (const DungeonEdge& edge : dungeon.hallwayEdges) {
-        DrawLockedLine(place.Corner(dungeon.rooms[static_cast<std::size_t>(edge.a)].center),
-                       place.Corner(dungeon.rooms[static_cast<std::size_t>(edge.b)].center));
+        DrawOverlayLine(projection.Corner(dungeon.Room(edge.a).center),
+                        projection.Corner(dungeon.Room(edge.b).center));
     }
 }
 
-void RenderHallways(const DungeonRecord& dungeon, const CellProjection& place) {
+void RenderHallways(const DungeonRecord& dungeon, const CellProjection& projection) {
     const DrawColorScope scope(GFX_GraphicsManager::GetInstance()->renderer, kRed);
     for (const DungeonRoom& hallway : dungeon.hallways) {
-        OutlineLocked(place.Corner(hallway.minCorner + Vec2i{0, hallway.h}),
-                      place.Size(hallway.w, hallway.h));
+        DrawOverlayRect(projection.Corner(hallway.minCorner + Vec2i{0, hallway.h}),
+                        projection.Size(hallway.w, hallway.h));
     }
 }
 
@@ -120,7 +116,7 @@ bool TerrainCellEntity::Init() {
 bool TerrainCellEntity::Setup(const GridKey& key, std::uint32_t occupied,
                               const std::vector<GridKey>& cellNeighbors,
                               const DungeonRecord* dungeon) {
-    const Vec2i origin = CellOrigin({key.x, key.y});
+    const Vec2i origin = CellOrigin(key.Coords());
     const MutexLock lock(recordLock);
     // Under the lock, so that no reader is left with a record that has gone back to its pool.
     if (view.dungeon != nullptr) {
@@ -156,15 +152,15 @@ std::uint8_t TerrainCellEntity::TileAt(Vec2i world) const {
 }
 
 void TerrainCellEntity::Render() {
-    const View cell = GetView();
-    RenderTiles(cell);
-    RenderOverlays(cell);
+    const View shown = GetView();
+    RenderTiles(shown);
+    RenderOverlays(shown);
 }
 
-void TerrainCellEntity::RenderTiles(const View& cell) const {
+void TerrainCellEntity::RenderTiles(const View& shown) const {
     GFX_GraphicsManager& graphics = *GFX_GraphicsManager::GetInstance();
     const CameraEntity& camera = *WorldManager::GetInstance()->camera;
-    const Vec2i origin = cell.corners[0];
+    const Vec2i origin = shown.corners[0];
     const Extent horizontal(origin.x, camera.position.x, graphics.screenCenter.x);
     const Extent vertical(origin.y, camera.position.y, graphics.screenCenter.y);
     if (horizontal.high < 0) {
@@ -175,7 +171,7 @@ void TerrainCellEntity::RenderTiles(const View& cell) const {
     for (auto y = static_cast<std::int32_t>(rows.first); y <= rows.last; ++y) {
         for (auto x = static_cast<std::int32_t>(columns.first); x <= columns.last; ++x) {
             const std::uint8_t tile =
-                cell.dungeon == nullptr ? kTileEmpty : cell.dungeon->TileAt(x, y);
+                shown.dungeon == nullptr ? kTileEmpty : shown.dungeon->TileAt(x, y);
             const Vec2i center =
                 origin + Vec2i{x, y} * kTileSize + Vec2i{kTileSize / 2, kTileSize / 2};
             graphics.DrawSpriteSized(tileSprites[tile], center, camera.position, camera.zoom,
@@ -184,22 +180,22 @@ void TerrainCellEntity::RenderTiles(const View& cell) const {
     }
 }
 
-void TerrainCellEntity::RenderOverlays(const View& cell) {
+void TerrainCellEntity::RenderOverlays(const View& shown) {
     const WorldManager& world = *WorldManager::GetInstance();
-    const CellProjection place(cell);
+    const CellProjection projection(shown);
     if (world.renderCellBorder) {
-        RenderBorder(cell, place);
+        RenderBorder(shown, projection);
     }
-    if (cell.dungeon == nullptr) {
+    if (shown.dungeon == nullptr) {
         return;
     }
     if (world.renderDungeonRooms) {
-        RenderRooms(*cell.dungeon, place);
+        RenderRooms(*shown.dungeon, projection);
     }
     if (world.renderMinSpanningTree) {
-        RenderSpanningTree(*cell.dungeon, place);
+        RenderSpanningTree(*shown.dungeon, projection);
     }
     if (world.renderHallways) {
-        RenderHallways(*cell.dungeon, place);
+        RenderHallways(*shown.dungeon, projection);
     }
 }

@@ -7,15 +7,15 @@
 // it is drawn its dungeon stays valid without the lock.
 #pragma once
 
-#include <array>
-#include <cstdint>
-#include <vector>
-
 #include "common/Mutex.h"
 #include "gen/DungeonRecord.h"
 #include "gen/GridKey.h"
 #include "gfx/Sprite.h"
 #include "world/IEntity.h"
+
+#include <array>
+#include <cstdint>
+#include <vector>
 
 class TerrainCellEntity : public IEntity {
 public:
@@ -60,10 +60,10 @@ public:
     }
 
 private:
-    void RenderTiles(const View& cell) const;
-    static void RenderOverlays(const View& cell);
+    void RenderTiles(const View& shown) const;
+    static void RenderOverlays(const View& shown);
 
-    std::array<const Sprite*, 3> tileSprites{}; ///< by tile value
+    std::array<Sprite*, 3> tileSprites{}; ///< by tile value; not owned
     mutable Mutex recordLock;
     View view VESK_GUARDED_BY(recordLock);
     std::vector<GridKey> neighbors VESK_GUARDED_BY(recordLock);

@@ -2,36 +2,38 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <cstdlib>
 
 namespace {
 
+// The largest float below 2^31. SDL computes with a rectangle's numbers and ends in 32-bit integers
+// and in floats.
+constexpr std::int64_t kMaxClipped = 2147483520;
+
 // Lines are left alone up to this distance from the window, in pixels. SDL's clipping multiplies a
-// line's extent by an end's distance from an edge: for the largest window that SDL opens, 16384
-// pixels wide, that is at most 49152 * 32768, which fits into 32 bits.
-constexpr std::int32_t kLineMargin = 16384;
-
-struct Interval {
-    std::int64_t low;  // inclusive
-    std::int64_t high; // exclusive
-};
-
-bool Overlaps(Interval a, std::int32_t size) {
-    return a.low < size && a.high > 0;
+// line's extent by an end's distance from an edge; windows more than some 3,100 pixels wide leave
+// less room for that in 32 bits.
+std::int32_t LineMargin(Vec2i windowSize) {
+    constexpr double most = 32000.0;
+    const double size = std::max(windowSize.x, windowSize.y);
+    // Just below the root of (size + 2 * margin) * margin = 2^31 - 1.
+    const double room = (std::sqrt(size * size + 8.0 * 2147483647.0) - size) / 4.0 - 1.0;
+    return Truncate(std::min(most, room));
 }
 
-Interval FillExtent(std::int32_t start, std::int32_t length) {
-    return {start, std::int64_t{start} + length};
+bool Overlaps(std::int32_t start, std::int32_t length, std::int32_t size) {
+    return length > 0 && start < size && std::int64_t{start} + length > 0;
 }
 
-Interval OutlineExtent(std::int32_t start, std::int32_t length) {
-    const std::int64_t end = std::int64_t{start} + length;
-    return {std::min<std::int64_t>(start, end) - 1, std::max<std::int64_t>(start, end) + 1};
+bool FitsSdl(std::int64_t start, std::int64_t length) {
+    return std::max({std::abs(start), std::abs(length), std::abs(start + length)}) <= kMaxClipped;
 }
 
-bool IsNear(Vec2i point, Vec2i windowSize) {
-    return point.x >= -kLineMargin && point.y >= -kLineMargin &&
-           point.x <= std::int64_t{windowSize.x} + kLineMargin &&
-           point.y <= std::int64_t{windowSize.y} + kLineMargin;
+bool IsNear(Vec2i point, Vec2i windowSize, std::int32_t margin) {
+    return point.x >= -margin && point.y >= -margin &&
+           point.x <= SaturatingAdd(windowSize.x, margin) &&
+           point.y <= SaturatingAdd(windowSize.y, margin);
 }
 
 // The part [enter, leave] of a line, as fractions of its length, that lies inside every edge so
@@ -57,18 +59,17 @@ void CutAtEdge(double speed, double room, Visible& part) {
 
 } // namespace
 
-bool FillTouchesWindow(const SDL_Rect& rect, Vec2i windowSize) {
-    return rect.w > 0 && rect.h > 0 && Overlaps(FillExtent(rect.x, rect.w), windowSize.x) &&
-           Overlaps(FillExtent(rect.y, rect.h), windowSize.y);
+bool TouchesWindow(const SDL_Rect& rect, Vec2i windowSize) {
+    return Overlaps(rect.x, rect.w, windowSize.x) && Overlaps(rect.y, rect.h, windowSize.y);
 }
 
-bool OutlineTouchesWindow(const SDL_Rect& rect, Vec2i windowSize) {
-    return Overlaps(OutlineExtent(rect.x, rect.w), windowSize.x) &&
-           Overlaps(OutlineExtent(rect.y, rect.h), windowSize.y);
+bool SuitsClipping(const SDL_Rect& rect) {
+    return FitsSdl(rect.x, rect.w) && FitsSdl(rect.y, rect.h);
 }
 
 bool ClipLine(Vec2i& from, Vec2i& to, Vec2i windowSize) {
-    if (IsNear(from, windowSize) && IsNear(to, windowSize)) {
+    const std::int32_t margin = LineMargin(windowSize);
+    if (IsNear(from, windowSize, margin) && IsNear(to, windowSize, margin)) {
         return true;
     }
     const double x = from.x;
@@ -76,10 +77,10 @@ bool ClipLine(Vec2i& from, Vec2i& to, Vec2i windowSize) {
     const double dx = static_cast<double>(to.x) - x;
     const double dy = static_cast<double>(to.y) - y;
     Visible part;
-    CutAtEdge(-dx, x + kLineMargin, part);
-    CutAtEdge(dx, static_cast<double>(windowSize.x) + kLineMargin - x, part);
-    CutAtEdge(-dy, y + kLineMargin, part);
-    CutAtEdge(dy, static_cast<double>(windowSize.y) + kLineMargin - y, part);
+    CutAtEdge(-dx, x + margin, part);
+    CutAtEdge(dx, static_cast<double>(windowSize.x) + margin - x, part);
+    CutAtEdge(-dy, y + margin, part);
+    CutAtEdge(dy, static_cast<double>(windowSize.y) + margin - y, part);
     if (part.enter > part.leave) {
         return false;
     }

@@ -2,8 +2,7 @@
 #include "gfx/GFX_GraphicsManager.h"
 
 #include "gfx/Clipping.h"
-#include "gfx/DrawColorScope.h"
-#include "gfx/SdlError.h"
+#include "gfx/Colors.h"
 
 #include <cassert>
 #include <memory>
@@ -13,9 +12,16 @@ namespace {
 using Surface = std::unique_ptr<SDL_Surface, decltype(&SDL_FreeSurface)>;
 using Texture = std::unique_ptr<SDL_Texture, decltype(&SDL_DestroyTexture)>;
 
-constexpr SDL_Color kWhite{255, 255, 255, 255};
-
 } // namespace
+
+DrawColorScope::DrawColorScope(SDL_Renderer* target, const SDL_Color& color) : renderer(target) {
+    SDL_GetRenderDrawColor(renderer, &former.r, &former.g, &former.b, &former.a);
+    SDL_SetRenderDrawColor(renderer, color.r, color.g, color.b, color.a);
+}
+
+DrawColorScope::~DrawColorScope() {
+    SDL_SetRenderDrawColor(renderer, former.r, former.g, former.b, former.a);
+}
 
 Vec2i GFX_GraphicsManager::WorldToScreen(Vec2i world, Vec2i camera, float zoom) const {
     const Vec2i offset = (world - camera) * zoom;
@@ -42,10 +48,9 @@ void GFX_GraphicsManager::DrawScaled(const Sprite& sprite, Vec2i world, Vec2i ca
     assert(OnMainThread());
     const Vec2i corner = WorldToScreen(world, camera, zoom) - size * 0.5f;
     const SDL_Rect destination{corner.x, corner.y, size.x, size.y};
-    if (FillTouchesWindow(destination, {width, height})) {
+    if (TouchesWindow(destination, visible)) {
         const MutexLock lock(renderLock);
-        const SDL_Rect source{sprite.source.x, sprite.source.y, sprite.source.w, sprite.source.h};
-        SDL_RenderCopy(renderer, sprite.texture->texture, &source, &destination);
+        SDL_RenderCopy(renderer, sprite.texture->texture, &sprite.source, &destination);
     }
 }
 
@@ -84,18 +89,18 @@ void GFX_GraphicsManager::DrawTextTexture(const char* text, Vec2i corner, const 
     const MutexLock lock(renderLock);
     const Surface surface(TTF_RenderText_Blended(font->handle, text, color), SDL_FreeSurface);
     if (surface == nullptr) {
-        PrintSdlError("TTF_RenderText");
+        PrintError("TTF_RenderText");
         return;
     }
     const Texture texture(SDL_CreateTextureFromSurface(renderer, surface.get()),
                           SDL_DestroyTexture);
     if (texture == nullptr) {
-        PrintSdlError("CreateTexture");
+        PrintError("CreateTexture");
         return;
     }
     SDL_Rect destination{corner.x, corner.y, 0, 0};
     SDL_QueryTexture(texture.get(), nullptr, nullptr, &destination.w, &destination.h);
-    if (FillTouchesWindow(destination, {width, height})) {
+    if (TouchesWindow(destination, visible)) {
         SDL_RenderCopy(renderer, texture.get(), nullptr, &destination);
     }
 }
@@ -108,13 +113,14 @@ void GFX_GraphicsManager::DrawTextureCentered(const TextureInfo* info, Vec2i cen
     const Vec2i size{info->width, info->height};
     const Vec2i corner = center - size * 0.5f;
     const SDL_Rect destination{corner.x, corner.y, size.x, size.y};
-    if (FillTouchesWindow(destination, {width, height})) {
+    if (TouchesWindow(destination, visible)) {
         SDL_RenderCopy(renderer, info->texture, nullptr, &destination);
     }
 }
 
 void GFX_GraphicsManager::Clear() {
     assert(OnMainThread());
+    MeasureRenderer();
     SDL_RenderClear(renderer);
 }
 
@@ -125,21 +131,21 @@ void GFX_GraphicsManager::Present() {
 
 void GFX_GraphicsManager::DrawScreenLine(Vec2i from, Vec2i to) {
     assert(OnMainThread());
-    if (ClipLine(from, to, {width, height})) {
+    if (ClipLine(from, to, visible)) {
         SDL_RenderDrawLine(renderer, from.x, from.y, to.x, to.y);
     }
 }
 
 void GFX_GraphicsManager::OutlineScreenRect(const SDL_Rect& rect) {
     assert(OnMainThread());
-    if (OutlineTouchesWindow(rect, {width, height})) {
+    if (SuitsClipping(rect)) {
         SDL_RenderDrawRect(renderer, &rect);
     }
 }
 
 void GFX_GraphicsManager::FillScreenRect(const SDL_Rect& rect) {
     assert(OnMainThread());
-    if (FillTouchesWindow(rect, {width, height})) {
+    if (SuitsClipping(rect)) {
         SDL_RenderFillRect(renderer, &rect);
     }
 }

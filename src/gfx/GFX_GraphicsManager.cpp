@@ -1,28 +1,33 @@
 #include "gfx/GFX_GraphicsManager.h"
 
-#include "common/BasePath.h"
 #include "common/CMN_ConfigurationManager.h"
 #include "common/Portability.h"
-#include "gfx/DataPath.h"
-#include "gfx/SdlError.h"
 #include "gfx/SeaColor.h"
 
+#include <SDL_error.h>
 #include <SDL_image.h>
 
-#include <algorithm>
 #include <cassert>
-#include <limits>
+#include <cstddef>
+#include <iostream>
 #include <utility>
 
-namespace {
-
-// Sprites keep 16 bits; the images are nowhere near as large.
-std::int16_t ToPixel(std::int32_t value) {
-    using Limits = std::numeric_limits<std::int16_t>;
-    return static_cast<std::int16_t>(std::clamp<std::int32_t>(value, Limits::min(), Limits::max()));
+std::string DataPath(std::string base, std::int32_t mode, char separator) {
+    if (mode == 0) {
+        return base + "data" + separator;
+    }
+    if (mode != 1) {
+        return "";
+    }
+    // The first cut takes the separator at the end, each of the others one directory's name.
+    for (int cut = 0; cut < 4; ++cut) {
+        const std::size_t last = base.rfind(separator);
+        if (last != std::string::npos) {
+            base.erase(last);
+        }
+    }
+    return base + separator + "data" + separator;
 }
-
-} // namespace
 
 GFX_GraphicsManager::GFX_GraphicsManager() : mainThread(std::this_thread::get_id()) {}
 
@@ -54,7 +59,7 @@ bool GFX_GraphicsManager::Init() {
     }
     font = std::make_unique<Font>(TTF_OpenFont((GetDataPath() + "sample.ttf").c_str(), 20));
     if (font->handle == nullptr) {
-        PrintSdlError("TTF_OpenFont");
+        PrintError("TTF_OpenFont");
     }
     for (const char* name : {"enemies.png", "image.png", "ships.png", "link_raw.png", "compass.png",
                              "hud_compass.png", "island_icon.png"}) {
@@ -67,29 +72,34 @@ bool GFX_GraphicsManager::CreateWindowAndRenderer() {
     assert(OnMainThread());
     window = SDL_CreateWindow("Vesk", 100, 100, width, height, SDL_WINDOW_SHOWN);
     if (window == nullptr) {
-        PrintSdlError("SDL_CreateWindow");
+        PrintError("SDL_CreateWindow");
         return false;
     }
     renderer = SDL_CreateRenderer(window, -1,
                                   SDL_RENDERER_ACCELERATED | SDL_RENDERER_PRESENTVSYNC |
                                       SDL_RENDERER_TARGETTEXTURE);
     if (renderer == nullptr) {
-        PrintSdlError("SDL_CreateRenderer");
+        PrintError("SDL_CreateRenderer");
         return false;
     }
+    MeasureRenderer();
     // What no tile covers, between them or beyond the drawn extent, is sea as well.
     SDL_SetRenderDrawColor(renderer, kSeaColor.r, kSeaColor.g, kSeaColor.b, kSeaColor.a);
     return true;
 }
 
-const TextureInfo* GFX_GraphicsManager::FindTexture(const std::string& fileName) {
+void GFX_GraphicsManager::MeasureRenderer() {
+    SDL_GetRendererOutputSize(renderer, &visible.x, &visible.y);
+}
+
+TextureInfo* GFX_GraphicsManager::FindTexture(const std::string& fileName) {
     const MutexLock lock(registryLock);
     const auto found = textures.find(fileName);
     return found == textures.end() ? nullptr : found->second.get();
 }
 
-const TextureInfo* GFX_GraphicsManager::GetTexture(const std::string& fileName) {
-    const TextureInfo* known = FindTexture(fileName);
+TextureInfo* GFX_GraphicsManager::GetTexture(const std::string& fileName) {
+    TextureInfo* known = FindTexture(fileName);
     // A texture made on another thread may seem to work, but no renderer promises it.
     if (known != nullptr || !OnMainThread()) {
         return known;
@@ -109,23 +119,28 @@ SDL_Texture* GFX_GraphicsManager::LoadTexture(const char* fileName) {
     assert(OnMainThread());
     SDL_Texture* texture = IMG_LoadTexture(renderer, (GetDataPath() + fileName).c_str());
     if (texture == nullptr) {
-        PrintSdlError("CreateTextureFromSurface");
+        PrintError("CreateTextureFromSurface");
     }
     return texture;
 }
 
-const Sprite* GFX_GraphicsManager::CreateSprite(const std::string& fileName, std::int32_t x,
-                                                std::int32_t y, std::int32_t w, std::int32_t h) {
-    const TextureInfo* info = GetTexture(fileName);
+Sprite* GFX_GraphicsManager::CreateSprite(const std::string& fileName, std::int32_t x,
+                                          std::int32_t y, std::int32_t w, std::int32_t h) {
+    TextureInfo* info = GetTexture(fileName);
     if (info == nullptr) {
         return nullptr;
     }
     const MutexLock lock(registryLock);
-    const PixelRect source{ToPixel(x), ToPixel(y), ToPixel(w), ToPixel(h)};
-    return &sprites.emplace_back(Sprite{info, source});
+    return sprites.emplace_back(std::make_unique<Sprite>(Sprite{info, {x, y, w, h}})).get();
 }
 
 std::string GFX_GraphicsManager::GetDataPath() {
     const std::int32_t mode = CMN_ConfigurationManager::GetInstance()->resourceMode;
     return DataPath(GetBasePath(), mode, kPathSeparator);
+}
+
+// The one form in which failures of SDL and its companion libraries are reported; called right
+// after the failure on the same thread, as SDL keeps one text per thread.
+void GFX_GraphicsManager::PrintError(const char* operation) {
+    std::cout << operation << " error: " << SDL_GetError() << std::endl;
 }

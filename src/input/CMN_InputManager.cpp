@@ -5,21 +5,54 @@
 #include <SDL_joystick.h>
 #include <SDL_keycode.h>
 
+#include <algorithm>
 #include <iostream>
+#include <optional>
 
 namespace {
 
-constexpr int kDeadZone = 5000;
+// What a key does: the level that it sets while it is down, and the edge that its release tells.
+struct Key {
+    SDL_Keycode code;
+    std::optional<InputAction> level;
+    float value; // of the level while the key is down
+    std::optional<InputAction> edge;
+};
 
-constexpr int kMapButton = 4; // of the joystick, as SDL counts them
+constexpr std::array<Key, 13> kKeys{{
+    {SDLK_BACKQUOTE, InputAction::DebugMenu, 1.0f, InputAction::DebugMenu},
+    {SDLK_BACKSPACE, {}, 0.0f, InputAction::Map},
+    {SDLK_RETURN, {}, 0.0f, InputAction::Confirm},
+    {SDLK_w, InputAction::MoveVertical, 1.0f, InputAction::Up},
+    {SDLK_s, InputAction::MoveVertical, -1.0f, InputAction::Down},
+    {SDLK_a, InputAction::MoveHorizontal, -1.0f, InputAction::Left},
+    {SDLK_d, InputAction::MoveHorizontal, 1.0f, InputAction::Right},
+    {SDLK_e, InputAction::ZoomIn, 1.0f, {}},
+    {SDLK_q, InputAction::ZoomOut, 1.0f, {}},
+    {SDLK_RIGHT, InputAction::PanHorizontal, 1.0f, {}},
+    {SDLK_LEFT, InputAction::PanHorizontal, -1.0f, {}},
+    {SDLK_DOWN, InputAction::PanVertical, -1.0f, {}},
+    {SDLK_UP, InputAction::PanVertical, 1.0f, {}},
+}};
 
-// The joystick's axes, as SDL counts them.
+const Key* FindKey(SDL_Keycode code) {
+    const auto found = std::find_if(kKeys.begin(), kKeys.end(),
+                                    [code](const Key& key) { return key.code == code; });
+    return found == kKeys.end() ? nullptr : &*found;
+}
+
+// The joystick's buttons and axes, as SDL counts them.
+constexpr int kMapButton = 4;
+constexpr int kFirstSpareButton = 10;
+constexpr int kLastSpareButton = 13;
 constexpr int kMoveAxisX = 0;
 constexpr int kMoveAxisY = 1;
 constexpr int kPanAxisX = 2;
 constexpr int kPanAxisY = 3;
 constexpr int kZoomOutTrigger = 4;
 constexpr int kZoomInTrigger = 5;
+
+constexpr int kDeadZone = 5000;
 
 // An axis value from -32768 to 32767 as a fraction from 0 to 1.
 double AxisFraction(int value) {
@@ -85,103 +118,27 @@ void CMN_InputManager::Handle(const SDL_Event& event) {
 }
 
 void CMN_InputManager::HandleKeyDown(const SDL_KeyboardEvent& event) {
-    switch (event.keysym.sym) {
-    case SDLK_ESCAPE:
-        Set(InputAction::Quit, 1.0f);
-        break;
-    case SDLK_BACKQUOTE:
-        Set(InputAction::DebugMenu, 1.0f);
-        Stamp(InputAction::DebugMenu);
-        break;
-    case SDLK_BACKSPACE:
-        Stamp(InputAction::Map);
-        break;
-    case SDLK_RETURN:
-        Stamp(InputAction::Confirm);
-        break;
-    case SDLK_w:
-        Set(InputAction::MoveVertical, 1.0f);
-        Stamp(InputAction::Up);
-        break;
-    case SDLK_s:
-        Set(InputAction::MoveVertical, -1.0f);
-        Stamp(InputAction::Down);
-        break;
-    case SDLK_a:
-        Set(InputAction::MoveHorizontal, -1.0f);
-        Stamp(InputAction::Left);
-        break;
-    case SDLK_d:
-        Set(InputAction::MoveHorizontal, 1.0f);
-        Stamp(InputAction::Right);
-        break;
-    case SDLK_e:
-        Set(InputAction::ZoomIn, 1.0f);
-        break;
-    case SDLK_q:
-        Set(InputAction::ZoomOut, 1.0f);
-        break;
-    case SDLK_RIGHT:
-        Set(InputAction::PanHorizontal, 1.0f);
-        break;
-    case SDLK_LEFT:
-        Set(InputAction::PanHorizontal, -1.0f);
-        break;
-    case SDLK_DOWN:
-        Set(InputAction::PanVertical, -1.0f);
-        break;
-    case SDLK_UP:
-        Set(InputAction::PanVertical, 1.0f);
-        break;
-    default:
-        break;
+    if (event.keysym.sym == SDLK_ESCAPE) {
+        Set(InputAction::Quit, 1.0f); // for good: letting the key go changes nothing
+        return;
+    }
+    const Key* key = FindKey(event.keysym.sym);
+    if (key != nullptr && key->level) {
+        Set(*key->level, key->value);
+    }
+    if (key != nullptr && key->edge) {
+        Stamp(*key->edge);
     }
 }
 
+// The level becomes 0 even while the opposite key is held.
 void CMN_InputManager::HandleKeyUp(const SDL_KeyboardEvent& event) {
-    switch (event.keysym.sym) {
-    case SDLK_BACKQUOTE:
-        Set(InputAction::DebugMenu, 0.0f);
-        Release(InputAction::DebugMenu);
-        break;
-    case SDLK_BACKSPACE:
-        Release(InputAction::Map);
-        break;
-    case SDLK_RETURN:
-        Release(InputAction::Confirm);
-        break;
-    case SDLK_w:
-        Set(InputAction::MoveVertical, 0.0f);
-        Release(InputAction::Up);
-        break;
-    case SDLK_s:
-        Set(InputAction::MoveVertical, 0.0f);
-        Release(InputAction::Down);
-        break;
-    case SDLK_a:
-        Set(InputAction::MoveHorizontal, 0.0f);
-        Release(InputAction::Left);
-        break;
-    case SDLK_d:
-        Set(InputAction::MoveHorizontal, 0.0f);
-        Release(InputAction::Right);
-        break;
-    case SDLK_e:
-        Set(InputAction::ZoomIn, 0.0f);
-        break;
-    case SDLK_q:
-        Set(InputAction::ZoomOut, 0.0f);
-        break;
-    case SDLK_LEFT:
-    case SDLK_RIGHT:
-        Set(InputAction::PanHorizontal, 0.0f);
-        break;
-    case SDLK_UP:
-    case SDLK_DOWN:
-        Set(InputAction::PanVertical, 0.0f);
-        break;
-    default:
-        break;
+    const Key* key = FindKey(event.keysym.sym);
+    if (key != nullptr && key->level) {
+        Set(*key->level, 0.0f);
+    }
+    if (key != nullptr && key->edge) {
+        Release(*key->edge);
     }
 }
 
@@ -212,26 +169,14 @@ void CMN_InputManager::HandleAxis(const SDL_JoyAxisEvent& event) {
 
 void CMN_InputManager::HandleButtonDown(const SDL_JoyButtonEvent& event) {
     std::cout << "button" << std::endl;
-    switch (event.button) {
-    case kMapButton:
+    if (event.button == kMapButton) {
         Set(InputAction::Map, 1.0f);
         Stamp(InputAction::Map);
-        break;
-    case 10:
-        Set(InputAction::JoystickButton10, 1.0f);
-        break;
-    case 11:
-        Set(InputAction::JoystickButton11, 1.0f);
-        break;
-    case 12:
-        Set(InputAction::JoystickButton12, 1.0f);
-        break;
-    case 13:
-        Set(InputAction::JoystickButton13, 1.0f);
-        break;
-    default:
+    } else if (event.button >= kFirstSpareButton && event.button <= kLastSpareButton) {
+        // Their actions are the first ones, in the buttons' order.
+        Set(static_cast<InputAction>(event.button - kFirstSpareButton), 1.0f);
+    } else {
         std::cout << "unknown joystick button" << std::endl;
-        break;
     }
 }
 

@@ -5,13 +5,13 @@
 // it alone clears it.
 #pragma once
 
-#include <array>
-#include <cstdint>
+#include "app/CMN_Singleton.h"
+#include "input/InputAction.h"
 
 #include <SDL_events.h>
 
-#include "app/CMN_Singleton.h"
-#include "input/InputAction.h"
+#include <array>
+#include <cstdint>
 
 class CMN_InputManager : public CMN_Singleton<CMN_InputManager> {
 public:
@@ -29,8 +29,13 @@ public:
     /// Clears the edges, then handles every event that SDL has queued.
     void Update();
 
+    /// How far the action's key, stick or trigger is pushed; InputAction tells the range.
     float ActionValue(InputAction action) const { return actions[Index(action)]; }
+
+    /// True when the action's key or button was let go in this update and nobody has cleared it.
     bool IsPressed(InputAction action) const { return pressed[Index(action)]; }
+
+    /// Uses an edge up, so that no later reader acts on it.
     void ClearPressed(InputAction action) { pressed[Index(action)] = false; }
 
     std::array<float, kInputActionCount> actions{};

@@ -3,8 +3,7 @@
 #include "entities/CameraEntity.h"
 #include "entities/MapEntity.h"
 #include "entities/PlayerEntity.h"
-#include "ui/UIF_Button.h"
-#include "ui/UIF_Label.h"
+#include "gfx/Colors.h"
 #include "world/WorldManager.h"
 
 #include <cstdint>
@@ -13,13 +12,6 @@
 #include <utility>
 
 namespace {
-
-constexpr SDL_Color kBlue{0, 0, 255, 255};
-constexpr SDL_Color kRed{255, 0, 0, 255};
-constexpr SDL_Color kGrey{128, 128, 128, 255};
-constexpr SDL_Color kLightGrey{200, 200, 200, 255};
-constexpr SDL_Color kTranslucentWhite{255, 255, 255, 128};
-constexpr SDL_Color kBlack{0, 0, 0, 255};
 
 constexpr Rect kWindowRect{300, 30, 700, 20, 270, 680};
 constexpr Rect kFirstButtonRect{262, 2, 678, 658, 260, 20};
@@ -30,12 +22,12 @@ WorldManager& World() {
     return *WorldManager::GetInstance();
 }
 
-void ShowSelected(UIF_Button& button) {
+void ShowHovered(UIF_Button& button) {
     button.borderColor = kRed;
     button.fillColor = kLightGrey;
 }
 
-void ShowUnselected(UIF_Button& button) {
+void ShowUnhovered(UIF_Button& button) {
     button.borderColor = kBlue;
     button.fillColor = kGrey;
 }
@@ -91,21 +83,21 @@ private:
     Row AddRow(const char* text) {
         auto label = std::make_unique<UIF_Label>(kLabelRect, text);
         label->color = kBlack;
-        auto button = std::make_unique<UIF_Button>(nextPlace);
+        auto button = std::make_unique<UIF_Button>(nextRect);
         const Row row{button.get(), label.get()};
         button->AddChild(std::move(label));
         StyleByHover(*button);
         LinkBelow(*button);
         window.AddChild(std::move(button));
-        nextPlace.top -= kRowPitch;
-        nextPlace.bottom -= kRowPitch;
+        nextRect.top -= kRowPitch;
+        nextRect.bottom -= kRowPitch;
         return row;
     }
 
     static void StyleByHover(UIF_Button& button) {
-        ShowUnselected(button);
-        button.onHover.AddCallback([&button](UIF_Hoverable*) { ShowSelected(button); });
-        button.onUnhover.AddCallback([&button](UIF_Hoverable*) { ShowUnselected(button); });
+        ShowUnhovered(button);
+        button.onHover.AddCallback([&button](UIF_Hoverable*) { ShowHovered(button); });
+        button.onUnhover.AddCallback([&button](UIF_Hoverable*) { ShowUnhovered(button); });
     }
 
     void LinkBelow(UIF_Button& button) {
@@ -119,7 +111,7 @@ private:
     }
 
     UIF_Window& window;
-    Rect nextPlace = kFirstButtonRect;
+    Rect nextRect = kFirstButtonRect;
     UIF_Button* first = nullptr;
     UIF_Button* lowest = nullptr;
 };

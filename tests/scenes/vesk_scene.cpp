@@ -14,7 +14,7 @@
 // Exit code 1 when the game does not start or a check fails.
 #include "app/Application.h"
 #include "app/CMN_TimeManager.h"
-#include "common/BasePath.h"
+#include "common/Portability.h"
 #include "entities/PlayerEntity.h"
 #include "scenes/SceneRecord.h"
 #include "support/DrawLog.h"

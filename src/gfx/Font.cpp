@@ -1,7 +1,0 @@
-#include "gfx/Font.h"
-
-Font::~Font() {
-    if (handle != nullptr) {
-        TTF_CloseFont(handle);
-    }
-}
