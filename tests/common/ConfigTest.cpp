@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::int32_t kLow = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kHigh = std::numeric_limits<std::int32_t>::max();
-constexpr float kLargest = std::numeric_limits<float>::max();
+constexpr float kInfinite = std::numeric_limits<float>::infinity();
 
 // The settings of a file, over former ones that must not show through.
 std::string Settings(const std::string& path) {
@@ -86,8 +86,8 @@ TEST(ConfigTest, ReadsValuesByTheLibrarysRules) {
                               {std::string(61, '0') + "640", 0, 0.0f},
                               {"2147483648", kHigh, 2147483648.0f},
                               {"-99999999999999999999", kLow, -1e20f},
-                              {"-1e400", 0, -kLargest},
-                              {"inf", 0, kLargest}};
+                              {"-1e400", 0, -kInfinite},
+                              {"inf", 0, kInfinite}};
     for (const Number& c : numbers) {
         CMN_ConfigurationManager config;
         config.Load(TemporaryFile("[graphics]\nwidth = " + c.text + "\nheight = " + c.text +
