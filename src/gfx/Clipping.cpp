@@ -12,10 +12,10 @@ namespace {
 constexpr std::int64_t kMaxClipped = 2147483520;
 
 // Lines are left alone up to this distance from the window, in pixels. SDL's clipping multiplies a
-// line's extent by an end's distance from an edge; windows more than some 3,100 pixels wide leave
-// less room for that in 32 bits.
+// line's extent by an end's distance from an edge, for which 32 bits leave less room the larger the
+// window is.
 std::int32_t LineMargin(Vec2i windowSize) {
-    constexpr double most = 32000.0;
+    constexpr double most = 16384.0;
     const double size = std::max(windowSize.x, windowSize.y);
     // Just below the root of (size + 2 * margin) * margin = 2^31 - 1.
     const double room = (std::sqrt(size * size + 8.0 * 2147483647.0) - size) / 4.0 - 1.0;
