@@ -15,7 +15,7 @@ constexpr std::int64_t kMaxClipped = 2147483520;
 // line's extent by an end's distance from an edge, for which 32 bits leave less room the larger the
 // window is.
 std::int32_t LineMargin(Vec2i windowSize) {
-    constexpr double most = 16384.0;
+    constexpr double most = 32000.0;
     const double size = std::max(windowSize.x, windowSize.y);
     // Just below the root of (size + 2 * margin) * margin = 2^31 - 1.
     const double room = (std::sqrt(size * size + 8.0 * 2147483647.0) - size) / 4.0 - 1.0;

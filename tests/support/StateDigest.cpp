@@ -10,8 +10,7 @@
 #include "input/CMN_InputManager.h"
 #include "support/Guarded.h"
 #include "ui/DebugMenuEntity.h"
-#include "ui/UIF_Button.h"
-#include "ui/UIF_Label.h"
+#include "ui/UIF_Widget.h"
 
 #include <bit>
 #include <ranges>

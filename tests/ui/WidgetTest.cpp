@@ -1,8 +1,6 @@
 // What the debug menu leaves of the widgets: neighbours on all sides, several keys in one tick, and
 // callbacks that change widgets.
-#include "ui/UIF_Button.h"
-#include "ui/UIF_Label.h"
-#include "ui/UIF_Window.h"
+#include "ui/UIF_Widget.h"
 
 #include "input/CMN_InputManager.h"
 #include "support/DrawLog.h"
