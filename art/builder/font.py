@@ -153,7 +153,7 @@ def build(face):
                         mac=False)
     font.setupOS2(sTypoAscender=ascent, sTypoDescender=-descent, usWinAscent=ascent,
                   usWinDescent=descent, sxHeight=outlines["u0078"].yMax,
-                  sCapHeight=outlines["u0048"].yMax)
+                  sCapHeight=outlines["u0048"].yMax, fsType=0)
     font.setupPost(keepGlyphNames=False, underlinePosition=-2 * UNITS, underlineThickness=UNITS)
     # Grid fitting on and grey levels on at every size.
     font.font["gasp"] = newTable("gasp")
@@ -164,8 +164,8 @@ def build(face):
 
 
 def meaning(content):
-    """What a font file draws, whichever program wrote it: the metrics, the name and, for each
-    character, the advance and the outline. Raises when it is no font."""
+    """What a font file draws, whichever program wrote it: the metrics, the right to embed it, the name and, for
+    each character, the advance and the outline. Raises when it is no font."""
     font = TTFont(io.BytesIO(content))
     glyphs, widths, characters = font["glyf"], font["hmtx"], font.getBestCmap()
     characters[None] = font.getGlyphOrder()[0]
@@ -175,4 +175,4 @@ def meaning(content):
         drawn[code] = (widths[name], list(points), list(ends), [flag & 1 for flag in flags])
     header = font["hhea"]
     return (font["head"].unitsPerEm, header.ascent, header.descent, header.lineGap,
-            font["name"].getDebugName(1), drawn)
+            font["OS/2"].fsType, font["name"].getDebugName(1), drawn)
