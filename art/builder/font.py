@@ -164,8 +164,8 @@ def build(face):
 
 
 def meaning(content):
-    """What a font file draws, whichever program wrote it: the metrics, the right to embed it, the name and, for
-    each character, the advance and the outline. Raises when it is no font."""
+    """What a font file draws, whichever program wrote it: the metrics, the right to embed it, the
+    name and, for each character, the advance and the outline. Raises when it is no font."""
     font = TTFont(io.BytesIO(content))
     glyphs, widths, characters = font["glyf"], font["hmtx"], font.getBestCmap()
     characters[None] = font.getGlyphOrder()[0]
