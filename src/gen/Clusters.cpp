@@ -18,10 +18,9 @@ void CollectLand(const ClusterRecord& record, std::vector<GridKey>& keys,
     for (const auto& [id, flag] : record.cells) {
         if (flag == 1) {
             const Vec2i cell = DecodeCellId(id);
-            DelaunayPoint& point = points.emplace_back();
-            point.id = static_cast<std::int32_t>(keys.size());
-            point.x = static_cast<float>(cell.x);
-            point.y = static_cast<float>(cell.y);
+            const Vec2f place = ToVec2f(cell);
+            const auto index = static_cast<std::int32_t>(keys.size());
+            points.push_back({.id = index, .x = place.x, .y = place.y});
             keys.push_back({cell.x, cell.y, id});
         }
     }

@@ -155,26 +155,6 @@ void AddHallways(const DungeonRoom& a, const DungeonRoom& b, DungeonRecord& reco
     }
 }
 
-template <std::ptrdiff_t size>
-void FillEnds(std::uint8_t* row, std::ptrdiff_t width, std::uint8_t tile) {
-    std::fill_n(row, size, tile);
-    std::fill_n(row + width - size, size, tile);
-}
-
-// Most rows are as wide as a corridor or a room: writes of fixed sizes, which may overlap, are much
-// faster there than a loop over a size that is not known beforehand.
-void PaintRow(std::uint8_t* row, std::ptrdiff_t width, std::uint8_t tile) {
-    if (width == kBeforeLine + kAfterLine) {
-        std::fill_n(row, kBeforeLine + kAfterLine, tile);
-    } else if (width >= 8 && width <= 16) {
-        FillEnds<8>(row, width, tile);
-    } else if (width > 16 && width <= 32) {
-        FillEnds<16>(row, width, tile);
-    } else {
-        std::fill_n(row, width, tile);
-    }
-}
-
 // Cutting to the cell keeps every write inside the tiles, whatever rectangle comes in; one without
 // width or height paints nothing.
 void Paint(const DungeonRoom& area, std::uint8_t tile, DungeonRecord& record) {
@@ -183,15 +163,15 @@ void Paint(const DungeonRoom& area, std::uint8_t tile, DungeonRecord& record) {
     const std::int32_t top = std::min(area.maxCorner.y, kCellTiles);
     for (std::int32_t y = std::max(area.minCorner.y, 0); y < top; ++y) {
         std::uint8_t* const row = record.tiles.data() + std::ptrdiff_t{y} * kCellTiles;
-        PaintRow(row + left, right - left, tile);
+        std::fill_n(row + left, right - left, tile);
     }
 }
 
-// A tile of an area, x drawn before y.
-Vec2i DrawTile(Vec2i corner, Vec2i size, Twister& rng) {
-    const std::int32_t x = UniformInt(rng, 0, size.x - 1);
-    const std::int32_t y = UniformInt(rng, 0, size.y - 1);
-    return corner + Vec2i{x, y};
+// A tile of the room, x drawn before y.
+Vec2i DrawTile(const DungeonRoom& room, Twister& rng) {
+    const std::int32_t x = UniformInt(rng, 0, room.w - 1);
+    const std::int32_t y = UniformInt(rng, 0, room.h - 1);
+    return room.minCorner + Vec2i{x, y};
 }
 
 } // namespace
@@ -246,10 +226,8 @@ void GEN_DungeonGenerator::TriangulateMainRooms(DungeonRecord& record) {
     std::vector<DelaunayPoint> points;
     points.reserve(record.mainRooms.size());
     for (const std::int32_t id : record.mainRooms) {
-        DelaunayPoint& point = points.emplace_back();
-        point.id = id;
-        point.x = static_cast<float>(record.Room(id).center.x);
-        point.y = static_cast<float>(record.Room(id).center.y);
+        const Vec2f center = ToVec2f(record.Room(id).center);
+        points.push_back({.id = id, .x = center.x, .y = center.y});
     }
     std::vector<DelaunayTriangle> triangles;
     Triangulate(points, triangles);
@@ -343,10 +321,8 @@ void GEN_DungeonGenerator::PlaceEnemies(std::int32_t seed, Twister& rng, Dungeon
         const std::int32_t most = room.w * room.h / kTilesPerEnemy;
         const std::int32_t count = most > 0 ? std::max(seed % most, 0) : 0;
         room.spawnPoints.resize(static_cast<std::size_t>(count));
-        const Vec2i corner = room.minCorner;
-        const Vec2i size{room.w, room.h};
         for (Vec2i& point : room.spawnPoints) {
-            point = DrawTile(corner, size, rng);
+            point = DrawTile(room, rng);
         }
     }
 }
@@ -363,7 +339,6 @@ void GEN_DungeonGenerator::PlaceCompassPoints(std::size_t neighborCount, Twister
         chosen.push_back(taken ? rooms[j] : drawn);
     }
     for (const std::int32_t id : chosen) {
-        const DungeonRoom& room = record.Room(id);
-        record.compassPoints.push_back(DrawTile(room.minCorner, {room.w, room.h}, rng));
+        record.compassPoints.push_back(DrawTile(record.Room(id), rng));
     }
 }
