@@ -27,11 +27,8 @@ void CollectLand(const ClusterRecord& record, std::vector<GridKey>& keys,
 }
 
 void AddOnce(std::vector<GridKey>& list, const GridKey& key) {
-    bool listed = false;
-    for (const GridKey& other : list) {
-        listed |= other.id == key.id;
-    }
-    if (!listed) {
+    const auto same = [&key](const GridKey& other) { return other.id == key.id; };
+    if (std::none_of(list.begin(), list.end(), same)) {
         list.push_back(key);
     }
 }

@@ -1,12 +1,11 @@
-#include "gen/DelaunayFlipper.h"
+#include "gen/DelaunayMesh.h"
 
 #include <cassert>
 #include <cmath>
 #include <cstddef>
+#include <iostream>
 #include <string>
 #include <vector>
-
-#include "gen/ErrorLine.h"
 
 namespace {
 
@@ -40,7 +39,7 @@ std::size_t SideLeadingTo(const MeshTriangle& triangle, std::int32_t t) {
 }
 
 std::int32_t GiveUp(std::int32_t result) {
-    WriteErrorLine("cannot triangualte this set ");
+    std::cerr << "cannot triangualte this set \n";
     return result;
 }
 
@@ -156,8 +155,8 @@ private:
         const std::size_t back = mutual ? SideOf(twin) : SideLeadingTo(other, t);
         if (!mutual && other.Across(back) != t) {
             const bool namesNeighbor = pass == Pass::Listed && side == kBC;
-            WriteErrorLine("triangle flipping error. " + std::to_string(t) +
-                           (namesNeighbor ? "  T2: " + std::to_string(t2) : ""));
+            std::cerr << "triangle flipping error. " + std::to_string(t) +
+                             (namesNeighbor ? "  T2: " + std::to_string(t2) : "") + '\n';
             return Visit::Broken;
         }
         const std::int32_t o = triangle.corner[side];

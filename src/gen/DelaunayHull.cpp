@@ -1,11 +1,9 @@
-#include "gen/DelaunayHull.h"
+#include "gen/DelaunayMesh.h"
 
 #include <cassert>
 #include <cstddef>
 
 namespace {
-
-constexpr std::size_t kSeedPoints = 3;
 
 // The side that joins two of a triangle's corners: the first that does of a-b, a-c and b-c. Without
 // branches, which would be mispredicted often.
@@ -149,16 +147,6 @@ private:
         SetEdge(before);
         hull[ins].hullTri = last;
         hull[before].hullTri = last - static_cast<std::int32_t>(chain.edges) + 1;
-        assert(IsClosed());
-    }
-
-    bool IsClosed() const {
-        bool closed = hull.size() >= kSeedPoints;
-        for (std::size_t h = 0; h < hull.size(); ++h) {
-            closed &= hull[h].edgeX == hull[Next(h)].x - hull[h].x &&
-                      hull[h].edgeY == hull[Next(h)].y - hull[h].y;
-        }
-        return closed;
     }
 
     const std::vector<DelaunayPoint>& points;

@@ -1,5 +1,6 @@
-// The triangles that a triangulation works on, in a compact form. Plain data of one call of
-// `Triangulate`.
+// The triangles that a triangulation works on, in a compact form, and the two steps that make them:
+// points are inserted outside a growing hull, then edges are flipped. Plain data of one call of
+// `Triangulate`; no step keeps state.
 //
 // A point is named by its position in the order of insertion, so that its coordinates are found
 // without a table. Where several points share an id, the last of them stands for all.
@@ -12,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "gen/Triangulate.h"
 #include "gfx/Vec2.h"
 
 /// Indices are 32-bit integers, -1 for none; vectors count with std::size_t.
@@ -38,6 +40,7 @@ constexpr std::size_t SecondEnd(std::size_t side) {
 using HalfEdge = std::int32_t;
 
 inline constexpr HalfEdge kSettled = 4; ///< no flip is due while the edge's two triangles stay
+inline constexpr std::size_t kSeedPoints = 3;
 inline constexpr std::size_t kMaxPoints = std::size_t{1} << 27; ///< less than 2^28 triangles
 
 constexpr HalfEdge MakeHalfEdge(std::int32_t triangle, std::size_t side) {
@@ -89,3 +92,15 @@ struct DelaunayMesh {
         return sound;
     }
 };
+
+/// Makes the mesh's triangle 0 of the points 0, 1 and 2 and adds the others that the mesh has a
+/// name for, in their order. A point equal to one before it is left out, and so is one that sees no
+/// edge of the hull, or all of them (both by rounding).
+void InsertPoints(const std::vector<DelaunayPoint>& points, DelaunayMesh& mesh);
+
+/// Makes the triangulation Delaunay. Two triangles that share an edge form a quad; a flip cuts it
+/// along the other diagonal. Passes over the triangles test every edge and flip where the swap test
+/// says so; the triangles that a pass rewrote are what the following pass looks at. Returns the
+/// result of `Triangulate`: 1, or -3 or -4 after adjacency that does not lead back, having said so
+/// on standard error.
+std::int32_t FlipTriangles(DelaunayMesh& mesh);

@@ -6,14 +6,12 @@
 #include <cfloat>
 #include <cmath>
 #include <cstddef>
+#include <iostream>
 #include <limits>
 #include <string>
 #include <unordered_map>
 
-#include "gen/DelaunayFlipper.h"
-#include "gen/DelaunayHull.h"
 #include "gen/DelaunayMesh.h"
-#include "gen/ErrorLine.h"
 
 #ifdef __FAST_MATH__
 #error "The generated world depends on exact float arithmetic."
@@ -24,8 +22,6 @@ namespace {
 
 using Points = std::vector<DelaunayPoint>;
 using Triangles = std::vector<DelaunayTriangle>;
-
-constexpr std::size_t kSeedPoints = 3;
 
 bool IsUsable(const DelaunayPoint& point) {
     return point.id >= 0 && std::isfinite(point.x) && std::isfinite(point.y);
@@ -248,7 +244,7 @@ std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
     const auto usable =
         static_cast<std::size_t>(std::count_if(points.begin(), points.end(), IsUsable));
     if (usable < kSeedPoints) {
-        WriteErrorLine("less than 3 points, aborting ");
+        std::cerr << "less than 3 points, aborting \n";
         return -1;
     }
     if (usable > kMaxPoints) {
@@ -258,17 +254,17 @@ std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
     MoveUnusableBehind(points);
     const Seed seed = FindSeed(points, usable);
     if (!seed.found) {
-        WriteErrorLine("linear structure, aborting ");
+        std::cerr << "linear structure, aborting \n";
         ArrangeByDistanceFromFirst(points, usable);
         return -2;
     }
     ArrangeForInsertion(seed, usable, points);
     if (IsObtuse(points[0], points[1], points[2])) {
-        WriteErrorLine("warning: obtuce seed triangle sellected ");
+        std::cerr << "warning: obtuce seed triangle sellected \n";
     }
     DelaunayMesh mesh = MakeMesh(points, usable);
     InsertPoints(points, mesh);
-    WriteErrorLine("of triangles " + std::to_string(mesh.triangles.size()) + " to be flipped. ");
+    std::cerr << "of triangles " + std::to_string(mesh.triangles.size()) + " to be flipped. \n";
     const std::int32_t result = FlipTriangles(mesh);
     WriteTriangles(points, mesh, seed.circle, triangles);
     return result;
