@@ -1,6 +1,5 @@
 #include "gen/Clusters.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <utility>
 
@@ -9,7 +8,6 @@
 
 namespace {
 
-constexpr std::size_t kUsualLandCells = 256; // of nine clusters
 constexpr std::size_t kUsualNeighbors = 8;
 constexpr std::int32_t kLastLandDraw = 5; // of 0 to 100
 
@@ -27,8 +25,11 @@ void CollectLand(const ClusterRecord& record, std::vector<GridKey>& keys,
 }
 
 void AddOnce(std::vector<GridKey>& list, const GridKey& key) {
-    const auto same = [&key](const GridKey& other) { return other.id == key.id; };
-    if (std::none_of(list.begin(), list.end(), same)) {
+    bool listed = false;
+    for (const GridKey& other : list) {
+        listed |= other.id == key.id;
+    }
+    if (!listed) {
         list.push_back(key);
     }
 }
@@ -55,8 +56,6 @@ void BuildNeighborGraph(const ClusterRecord* const* records, std::int32_t count,
     out.clear();
     std::vector<GridKey> keys;
     std::vector<DelaunayPoint> points; // ids are indices of keys
-    keys.reserve(kUsualLandCells);
-    points.reserve(kUsualLandCells);
     for (std::int32_t i = 0; i < count; ++i) {
         const ClusterRecord* const record = records[i];
         if (record != nullptr && record->key.id >= 0) {

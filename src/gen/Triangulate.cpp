@@ -21,7 +21,6 @@ static_assert(FLT_EVAL_METHOD == 0, "Floats must be computed as 32-bit floats.")
 namespace {
 
 using Points = std::vector<DelaunayPoint>;
-using Triangles = std::vector<DelaunayTriangle>;
 
 bool IsUsable(const DelaunayPoint& point) {
     return point.id >= 0 && std::isfinite(point.x) && std::isfinite(point.y);
@@ -70,17 +69,6 @@ std::vector<Entry> Measure(const Points& points, std::size_t count, Vec2f from) 
     return entries;
 }
 
-// First by distance alone, which needs no look at the points, then each run of equal distances.
-void Sort(std::vector<Entry>& entries, const Points& points) {
-    std::sort(entries.begin(), entries.end());
-    for (auto run = entries.begin(); run != entries.end();) {
-        const auto end = std::find_if(run, entries.end(),
-                                      [run](Entry entry) { return entry >> 32 != *run >> 32; });
-        std::sort(run, end, Before{points});
-        run = end;
-    }
-}
-
 // Puts points into the order of the entries, from a position on.
 void Arrange(Points& points, std::size_t position, const Points& source,
              const std::vector<Entry>& order) {
@@ -94,7 +82,7 @@ void Arrange(Points& points, std::size_t position, const Points& source,
 void ArrangeByDistanceFromFirst(Points& points, std::size_t usable) {
     const Points source = points;
     std::vector<Entry> order = Measure(source, usable, {source[0].x, source[0].y});
-    Sort(order, source);
+    std::sort(order.begin(), order.end(), Before{source});
     Arrange(points, 0, source, order);
 }
 
@@ -185,7 +173,7 @@ void ArrangeForInsertion(const Seed& seed, std::size_t usable, Points& points) {
             return PointOf(seedPoint) == PointOf(entry);
         });
     });
-    Sort(others, source);
+    std::sort(others.begin(), others.end(), Before{source});
     Arrange(points, 0, source, {seed.points.begin(), seed.points.end()});
     Arrange(points, kSeedPoints, source, others);
 }
@@ -224,7 +212,7 @@ DelaunayMesh MakeMesh(const Points& points, std::size_t usable) {
 }
 
 void WriteTriangles(const Points& points, const DelaunayMesh& mesh, const Circle& seedCircle,
-                    Triangles& triangles) {
+                    std::vector<DelaunayTriangle>& triangles) {
     const auto idOf = [&points](std::int32_t position) { return points[At(position)].id; };
     triangles.reserve(mesh.triangles.size());
     for (const MeshTriangle& triangle : mesh.triangles) {
