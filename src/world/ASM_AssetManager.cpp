@@ -45,10 +45,6 @@ ClusterRecord* ASM_AssetManager::AcquireCluster(const GridKey& key) {
     });
 }
 
-void ASM_AssetManager::ReleaseCluster(const GridKey& key) {
-    clusters.Release(key.id);
-}
-
 DungeonRecord* ASM_AssetManager::AcquireDungeon(const GridKey& cellKey, std::size_t neighborCount) {
     return dungeons.Acquire(cellKey.id, neighborCount, [&](DungeonRecord& record) {
         GEN_DungeonGenerator::GetInstance()->Generate(cellKey, neighborCount, record);
@@ -57,14 +53,6 @@ DungeonRecord* ASM_AssetManager::AcquireDungeon(const GridKey& cellKey, std::siz
 
 DungeonRecord* ASM_AssetManager::AcquireDungeon(const GridKey& cellKey) {
     return AcquireDungeon(cellKey, GetNeighbors(cellKey).size());
-}
-
-void ASM_AssetManager::ReleaseDungeon(std::int32_t cellId) {
-    dungeons.Release(cellId);
-}
-
-const ClusterRecord* ASM_AssetManager::FindCluster(std::int32_t clusterId) const {
-    return clusters.Find(clusterId);
 }
 
 void ASM_AssetManager::RebuildNeighbors(const ClusterRecord* const* records, std::int32_t count) {

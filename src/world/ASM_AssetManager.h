@@ -26,7 +26,7 @@ public:
     ClusterRecord* AcquireCluster(const GridKey& key);
 
     /// Gives a reference back; nothing happens when none is held.
-    void ReleaseCluster(const GridKey& key);
+    void ReleaseCluster(const GridKey& key) { clusters.Release(key.id); }
 
     /// A reference to the land cell's dungeon, generated when it is not in use, with compass points
     /// for this many neighbours. Never null.
@@ -37,13 +37,15 @@ public:
 
     /// Gives a reference back, whatever the number of neighbours; nothing happens when none is
     /// held.
-    void ReleaseDungeon(std::int32_t cellId);
+    void ReleaseDungeon(std::int32_t cellId) { dungeons.Release(cellId); }
 
     /// The record of a cluster in use, or null. Takes no reference: main thread, which alone
     /// releases clusters.
-    const ClusterRecord* FindCluster(std::int32_t clusterId) const;
+    const ClusterRecord* FindCluster(std::int32_t clusterId) const {
+        return clusters.Find(clusterId);
+    }
 
-    /// Links the land cells of these clusters anew. Main thread.
+    /// Links the land cells of these clusters anew, taken in the order given. Main thread.
     void RebuildNeighbors(const ClusterRecord* const* records, std::int32_t count)
         VESK_EXCLUDES(neighborLock);
 

@@ -122,11 +122,14 @@ Vec2i CellGrid::GetTarget(std::size_t slot) const {
 void CellGrid::RequestCell(std::size_t slot, const GridKey& cell) {
     CellRequest request;
     request.cell = cell;
-    const ASM_AssetManager& store = *ASM_AssetManager::GetInstance();
-    const ClusterRecord* cluster = store.FindCluster(ClusterKeyOfCell(cell.Coords()).id);
-    request.land = cluster == nullptr ? 0 : cluster->LandFlag(cell.id);
+    const std::int32_t clusterId = ClusterKeyOfCell(cell.Coords()).id;
+    for (const ClusterRecord* cluster : clusters) {
+        if (cluster->key.id == clusterId) {
+            request.land = cluster->LandFlag(cell.id);
+        }
+    }
     if (request.land == 1) {
-        request.neighbors = store.GetNeighbors(cell);
+        request.neighbors = ASM_AssetManager::GetInstance()->GetNeighbors(cell);
     }
     if (Retarget(slot, std::move(request))) {
         CMN_TaskManager::GetInstance()->AddTask([this, slot] { ServeRequests(slot); });
@@ -226,16 +229,16 @@ bool CellGrid::Commit(std::size_t slot, const CellRequest& request, DungeonRecor
 
 bool CellGrid::WaitForLoads(std::uint32_t milliseconds) {
     using Clock = std::chrono::steady_clock;
-    const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(milliseconds);
+    using Milliseconds = std::chrono::milliseconds;
+    const Clock::time_point deadline = Clock::now() + Milliseconds(milliseconds);
+    const auto isBusy = [](const CellSlot& slot) { return slot.busy; };
     const MutexLock lock(slotLock);
-    while (
-        std::any_of(slots.begin(), slots.end(), [](const CellSlot& slot) { return slot.busy; })) {
-        const auto left =
-            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-        if (left <= 0) {
+    while (std::any_of(slots.begin(), slots.end(), isBusy)) {
+        const auto left = std::chrono::duration_cast<Milliseconds>(deadline - Clock::now());
+        if (left.count() <= 0) {
             return false;
         }
-        settled.WaitFor(slotLock, static_cast<std::uint32_t>(left));
+        settled.WaitFor(slotLock, static_cast<std::uint32_t>(left.count()));
     }
     return true;
 }

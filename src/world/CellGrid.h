@@ -26,8 +26,8 @@ class TerrainCellEntity;
 /// What a load job is asked to bring into a slot.
 struct CellRequest {
     GridKey cell;
-    std::int32_t land = 0; ///< 1 land, 0 sea
-    std::vector<GridKey> neighbors;
+    std::int32_t land = 0;          ///< 1 land, 0 sea
+    std::vector<GridKey> neighbors; ///< empty for sea
 };
 
 /// One of the streamed cells.
@@ -71,8 +71,8 @@ public:
 
     std::array<CellSlot, kSlotCount> slots VESK_GUARDED_BY(slotLock);
     std::array<ClusterRecord*, kSlotCount> clusters{}; ///< block order, row by row; main thread
-    GridKey lastClusterKey;
-    GridKey lastCellKey;
+    GridKey lastClusterKey; ///< where the player was at the last Update; main thread
+    GridKey lastCellKey;    ///< likewise
     mutable Mutex slotLock;
 
 private:

@@ -1,4 +1,4 @@
-// Reference-counted records of one kind, handed out by id from a free.
+// Reference-counted records of one kind, handed out by id from a pool.
 //
 // The table owns every record. A record is pooled or in use; the last release of its id returns it
 // to the back of the pool, from where the next key takes it. When a burst empties the pool, it
@@ -25,7 +25,7 @@ public:
     using Key = std::pair<std::int32_t, std::size_t>;   ///< id, number of neighbours
     using Refs = std::map<std::int32_t, std::uint32_t>; ///< id -> count, never 0
 
-    /// Puts new records into the free.
+    /// Puts so many new records into the pool.
     void Fill(std::int32_t count) VESK_EXCLUDES(lock) {
         const MutexLock guard(lock);
         for (std::int32_t i = 0; i < count; ++i) {

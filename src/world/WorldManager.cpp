@@ -16,13 +16,6 @@
 #include <functional>
 #include <utility>
 
-namespace {
-
-constexpr float kMinStartZoom = 0.01f;
-constexpr float kMaxStartZoom = 10.0f;
-
-} // namespace
-
 WorldManager::WorldManager() = default;
 
 WorldManager::~WorldManager() {
@@ -81,7 +74,7 @@ void WorldManager::InitPlayer() {
 void WorldManager::InitCamera() {
     const float startZoom = CMN_ConfigurationManager::GetInstance()->startZoom;
     camera = std::make_unique<CameraEntity>();
-    if (startZoom >= kMinStartZoom && startZoom <= kMaxStartZoom) {
+    if (startZoom >= 0.01f && startZoom <= 10.0f) { // else it stays 0
         camera->zoom = startZoom;
     }
     camera->target = player;

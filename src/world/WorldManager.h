@@ -78,7 +78,7 @@ public:
     DebugMenuEntity* debugMenu = nullptr;
     std::vector<std::unique_ptr<IEntity>> entities;        ///< in the order added and updated
     std::array<std::vector<IEntity*>, kLayerCount> layers; ///< each in the order added and drawn
-    Mutex worldLock;
+    Mutex worldLock; ///< held by Update from the entities on, and by Render
     CellGrid cellGrid;
     std::int32_t mapMode = 0; ///< 0 normal view, 1 map view
     Mutex callbackLock;
