@@ -48,7 +48,7 @@ void HudEntity::Update() {
 
 bool HudEntity::IsLand(Vec2i coords) {
     const ClusterRecord* cluster =
-        ASM_AssetManager::GetInstance()->FindCluster(ClusterKeyOfCell(coords).id);
+        ASM_AssetManager::GetInstance()->clusters.Find(ClusterKeyOfCell(coords).id);
     return cluster != nullptr && cluster->LandFlag(CellKey(coords).id) == 1;
 }
 

@@ -39,12 +39,6 @@ public:
     /// held.
     void ReleaseDungeon(std::int32_t cellId) { dungeons.Release(cellId); }
 
-    /// The record of a cluster in use, or null. Takes no reference: main thread, which alone
-    /// releases clusters.
-    const ClusterRecord* FindCluster(std::int32_t clusterId) const {
-        return clusters.Find(clusterId);
-    }
-
     /// Links the land cells of these clusters anew, taken in the order given. Main thread.
     void RebuildNeighbors(const ClusterRecord* const* records, std::int32_t count)
         VESK_EXCLUDES(neighborLock);
@@ -58,7 +52,9 @@ public:
     static constexpr std::int32_t dungeonPoolSize = 12;
     RecordTable<DungeonRecord> dungeons; ///< by cell
     static constexpr std::int32_t clusterPoolSize = 18;
-    RecordTable<ClusterRecord> clusters; ///< by cluster, without a number of neighbours
+    /// By cluster, without a number of neighbours. The main thread may keep to what Find gives it
+    /// while it releases nothing: no other thread releases clusters.
+    RecordTable<ClusterRecord> clusters;
     mutable Mutex neighborLock;
     CellNeighborMap neighbors VESK_GUARDED_BY(neighborLock);
 };
