@@ -3,11 +3,13 @@
 import os
 import re
 import signal
+import subprocess
 
 import pytest
-from game import DEADLINE, Game, wait_until
+from game import DEADLINE, PROGRAM, Game
 
-NO_DISPLAY = {"DISPLAY": None, "WAYLAND_DISPLAY": None, "SDL_VIDEODRIVER": None}
+NO_DISPLAY = ["env", "-u", "DISPLAY", "-u", "WAYLAND_DISPLAY", "-u", "SDL_VIDEODRIVER"]
+DUMMY = ["env", "-u", "SDL_RENDER_DRIVER", "SDL_VIDEODRIVER=dummy"]
 
 
 def test_escape_ends_well_in_the_midst_of_loading(folder):
@@ -17,42 +19,34 @@ def test_escape_ends_well_in_the_midst_of_loading(folder):
 
 
 @pytest.mark.parametrize("number", [signal.SIGHUP, signal.SIGTERM])
-def test_signals_end_well(folder, number):
-    # The tests themselves may run where hang-ups are ignored.
-    with Game(folder, preexec_fn=lambda: signal.signal(number, signal.SIG_DFL)) as game:
+def test_signals_end_well_and_closed_streams_are_not_taken_by_others(folder, number):
+    def prepare():
+        signal.signal(number, signal.SIG_DFL)  # the tests may run where hang-ups are ignored
+        os.closerange(0, 3)
+
+    with Game(folder, preexec_fn=prepare) as game:
+        for stream in range(3):
+            assert os.readlink(f"/proc/{game.process.pid}/fd/{stream}") == "/dev/null"
         game.settle()
         game.process.send_signal(number)
         assert game.wait_for_exit() == 0
 
 
-def test_closed_streams_are_not_taken_by_others(folder):
-    with Game(folder, preexec_fn=lambda: os.closerange(0, 3)) as game:
-        for number in range(3):
-            assert os.readlink(f"/proc/{game.process.pid}/fd/{number}") == "/dev/null"
-        game.settle()
-        game.hold("Escape")
-        assert game.wait_for_exit() == 0
+@pytest.mark.parametrize("operation, surroundings", [
+    ("SDL_CreateWindow", NO_DISPLAY), ("SDL_CreateWindow", [*NO_DISPLAY, "DISPLAY=:9999"]),
+    ("SDL_CreateRenderer", DUMMY)])
+def test_a_failing_start_names_its_cause_and_waits_for_a_character(operation, surroundings):
+    with subprocess.Popen(["timeout", str(DEADLINE), *surroundings, PROGRAM], text=True,
+                          stdin=subprocess.PIPE, stdout=subprocess.PIPE) as process:
+        assert re.fullmatch(f"{operation} error: .+\n", process.stdout.readline())
+        assert process.poll() is None, "it waits"
+        print(file=process.stdin, flush=True)
+        assert process.stdout.read() == "" and process.wait() == 1
 
 
-@pytest.mark.parametrize("operation, environment", [
-    ("SDL_CreateWindow", NO_DISPLAY), ("SDL_CreateWindow", NO_DISPLAY | {"DISPLAY": ":9999"}),
-    ("SDL_CreateRenderer", {"SDL_VIDEODRIVER": "dummy"})])
-def test_a_failing_start_names_its_cause_and_waits_for_a_character(folder, operation, environment):
-    with Game(folder, window=False, environment=environment) as game:
-        wait_until(lambda: game.output().endswith("\n"), "a line about what failed")
-        assert re.fullmatch(f"{operation} error: .+\n", game.output())
-        assert game.process.poll() is None, "it waits"
-        game.process.communicate(b"\n", timeout=DEADLINE)
-        assert game.process.returncode == 1
-
-
-def test_nobody_reads_the_output(folder):
-    def lose_reader():
-        reader, writer = os.pipe()
-        os.dup2(writer, 1)
-        os.close(reader)
-
-    with Game(folder, window=False, environment={"SDL_VIDEODRIVER": "dummy"},
-              preexec_fn=lose_reader) as game:
-        game.process.communicate(b"\n", timeout=DEADLINE)
-        assert game.process.returncode == 1
+def test_nobody_reads_the_output():
+    reader, writer = os.pipe()
+    os.close(reader)
+    command = [*DUMMY, PROGRAM]
+    assert subprocess.run(command, input=b"\n", stdout=writer, timeout=DEADLINE).returncode == 1
+    os.close(writer)
