@@ -79,8 +79,7 @@ TEST_F(WidgetTest, CallbacksMayChangeAnyWidgetAndKeepTheirState) {
         events += std::to_string(++count);
     });
     EXPECT_EQ(After({SDLK_RETURN}), "click upper 1");
-    EXPECT_EQ(After({SDLK_RETURN}).substr(0, 14), "click upper 2*");
-    EXPECT_EQ(events.size(), 13U + 100U);
+    EXPECT_EQ(After({SDLK_RETURN}), "click upper 2" + std::string(100, '*'));
 }
 
 TEST_F(WidgetTest, DrawsWithinTheParentByTheEdgesAlone) {
