@@ -78,9 +78,7 @@ TEST(PoolTest, NoWorkerMissesTheStop) {
         std::atomic<bool> stopped{false};
         CMN_TaskManager pool;
         pool.Init(2 + round % 4);
-        for (std::uint32_t job = 0; job < round % 3; ++job) {
-            pool.AddTask([&stopped] { EXPECT_FALSE(stopped) << "a job outlives the stop"; });
-        }
+        pool.AddTask([&stopped] { EXPECT_FALSE(stopped) << "a job outlives the stop"; });
         if (round % 2 == 0) {
             std::this_thread::yield(); // now and then the workers get to wait first
         }

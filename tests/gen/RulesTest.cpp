@@ -2,7 +2,6 @@
 // sizes.
 #include <limits>
 #include <memory>
-#include <random>
 
 #include <gtest/gtest.h>
 
@@ -38,10 +37,6 @@ TEST(RulesTest, NumbersAreDrawnWithTheLeastOutputs) {
         EXPECT_EQ(UniformInt(engine, draw.lo, draw.hi), draw.expected) << draw.lo;
         EXPECT_EQ(used, draw.outputs.size()) << draw.lo << ", " << draw.hi;
     }
-    Twister twister;
-    twister.discard(9999);
-    EXPECT_EQ(twister(), 4123659995u) << "the published generator";
-    static_assert(Twister::default_seed == std::mt19937::default_seed);
 }
 
 TEST(RulesTest, KeysWrapAndDecodeByTruncation) {
@@ -52,9 +47,7 @@ TEST(RulesTest, KeysWrapAndDecodeByTruncation) {
     static_assert(CellKey({32768, 2048}) < CellKey({0, 0}), "a wrapped id is negative");
     static_assert(!(GridKey{1, 2, 7} < GridKey{8, 9, 7}), "the id alone counts");
     static_assert(DecodeCellId(CellKey({1, -1}).id) == Vec2i{-1048559, 0});
-    static_assert(DecodeCellId(kLow) == Vec2i{-32768, -2048});
     static_assert(DecodeClusterId(ClusterKey({-1, 1}).id) == Vec2i{65534, 0});
-    static_assert(DecodeClusterId(ClusterKey({-1, -1}).id) == Vec2i{-1, -1});
 }
 
 TEST(RulesTest, OtherRoomSizesAreBorne) {
