@@ -6,10 +6,12 @@
 #include "support/Guarded.h"
 #include "support/StateDigest.h"
 
+#include <algorithm>
+
 namespace {
 
-// What a play has come to, step by step, with the step's name.
-using Trace = std::vector<std::pair<std::string, StateDigest>>;
+// What a play has come to, step by step: what of the world, when, and its digest.
+using Trace = std::vector<std::pair<std::string, std::uint64_t>>;
 
 class Replay : public ScenePlayer {
 public:
@@ -20,12 +22,11 @@ public:
     }
 
     Trace PlayAll(const Scene& scene, std::size_t wordsPerRest) {
-        Trace trace;
         std::size_t number = 0;
         afterTick = [&] {
             TakeDrawLog();
             if (wordsPerRest == 1) {
-                trace.emplace_back("a tick of word " + std::to_string(number), DigestTick());
+                Note(" differs in a tick of word " + std::to_string(number), DigestTick());
             }
         };
         Rest();
@@ -34,7 +35,7 @@ public:
             Play(word);
             if (number % wordsPerRest == 0 || number == scene.words.size()) {
                 Rest();
-                trace.emplace_back("the rest after word " + std::to_string(number), DigestRest());
+                Note(" differs after word " + std::to_string(number), DigestRest());
             }
         }
         return trace;
@@ -52,10 +53,8 @@ protected:
             hold.Occupy(1 + random() % workers);
         } else if (chance == 1) {
             hold.Release();
-        } else if (chance <= 3) {
-            game.errors.Close();
-        } else if (chance == 4) {
-            game.errors.Open();
+        } else if (chance <= 4) {
+            game.errors.SetOpen(chance == 4);
         }
         pass == 0 ? game.Tick() : game.Pass(pass);
         WatchForStaleCells();
@@ -70,7 +69,7 @@ protected:
 private:
     void Rest() {
         hold.Release();
-        game.errors.Open();
+        game.errors.SetOpen(true);
         WaitForLoads();
         ScenePlayer::Tick(0); // asks for the cells around the place of a jump just made
         ScenePlayer::Tick(0); // takes in what has arrived
@@ -87,7 +86,14 @@ private:
         }
     }
 
+    void Note(const std::string& when, const StateDigest& digest) {
+        for (const auto& [part, value] : digest) {
+            trace.emplace_back(std::string(part) + when, value);
+        }
+    }
+
     bool isDelayed;
+    Trace trace;
     Twister random;
 };
 
@@ -100,13 +106,9 @@ std::string CompareReplay(const Scene& scene, std::uint32_t workers, unsigned se
     settings.workers = workers;
     Replay delayed(settings, seed);
     const Trace found = delayed.PlayAll(scene, wordsPerRest);
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        const auto& [step, digest] = expected[i];
-        for (std::size_t part = 0; part < digest.size(); ++part) {
-            if (found.at(i).second.at(part) != digest[part]) {
-                return std::string(digest[part].first) + " differs in " + step;
-            }
-        }
+    const auto differs = std::ranges::mismatch(expected, found).in1;
+    if (differs != expected.end()) {
+        return differs->first;
     }
     return delayed.stale;
 }

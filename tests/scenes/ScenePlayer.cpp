@@ -4,6 +4,7 @@
 
 #include <SDL.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -40,10 +41,9 @@ ScenePlayer::ScenePlayer(const GameSettings& settings, const std::string& config
 
 void ScenePlayer::Play(const std::string& word) {
     const std::size_t digits = word.find_first_of("0123456789");
-    const bool hasNumber = digits != std::string::npos;
-    const int number = hasNumber ? std::atoi(word.c_str() + digits) : 0;
+    const int number = std::atoi(word.c_str() + std::min(digits, word.size()));
     const char first = word[0];
-    if (word == "[" || word == "]" || word == "{" || word == "}") {
+    if (std::string("[]{}").find(word) != std::string::npos) {
         Hold(first);
     } else if (first == '+') {
         game.KeyDown(SDL_GetKeyFromName(word.c_str() + 1));
@@ -84,11 +84,7 @@ void ScenePlayer::Tick(std::uint32_t pass) {
         // Else a cell might or might not arrive within the tick that asks for it.
         hold.Occupy(workers);
     }
-    if (pass == 0) {
-        game.Tick();
-    } else {
-        game.Pass(pass);
-    }
+    pass == 0 ? game.Tick() : game.Pass(pass);
     if (!LoadsAreHeld()) {
         hold.Release();
         WaitForLoads();
@@ -99,18 +95,15 @@ void ScenePlayer::Tick(std::uint32_t pass) {
     afterTick();
 }
 
-void ScenePlayer::Hold(char bracket) {
-    if (bracket == '[') {
+void ScenePlayer::Hold(char by) {
+    if (by == '[') {
         hold.Occupy(workers);
-    } else if (bracket == ']') {
+    } else if (by == ']') {
         hold.Release();
-    } else if (bracket == '{') {
-        game.errors.Close();
     } else {
-        game.errors.Open();
+        game.errors.SetOpen(by == '}');
     }
-    held = bracket == '[' || (held && bracket != ']');
-    midway = bracket == '{' || (midway && bracket != '}');
+    bracket = by == '[' || by == '{' ? by : '\0';
     if (!LoadsAreHeld()) {
         WaitForLoads();
     }

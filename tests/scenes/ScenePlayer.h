@@ -40,8 +40,8 @@ public:
     void Play(const std::string& word);
 
     /// True between brackets or braces, when loads may be pending.
-    bool LoadsAreHeld() const { return held || midway; }
-    bool GenerationIsHeld() const { return midway; }
+    bool LoadsAreHeld() const { return bracket != 0; }
+    bool GenerationIsHeld() const { return bracket == '{'; }
 
     Game game;
     std::function<void()> afterTick = [] {};
@@ -51,7 +51,7 @@ protected:
     virtual void Tick(std::uint32_t pass);
 
     /// Holds workers or generation back, or lets them go.
-    virtual void Hold(char bracket);
+    virtual void Hold(char by);
 
     const std::uint32_t workers;
     bool draws = true; ///< a frame after every tick
@@ -60,6 +60,5 @@ protected:
 private:
     void Ticks(int count);
 
-    bool held = false;
-    bool midway = false;
+    char bracket = 0; ///< the one that is open
 };

@@ -18,7 +18,3 @@ struct SceneRecord {
 
 /// Plays a scene.
 SceneRecord RecordScene(const Scene& scene);
-
-/// Where a record leaves its golden file first, for a person to read; empty when it does not. The
-/// frames of that word are kept under the build folder.
-std::string Differences(const std::string& golden, const Scene& scene, const SceneRecord& record);

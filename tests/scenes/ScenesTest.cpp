@@ -24,7 +24,9 @@ TEST_P(ScenesTest, LooksAsRecorded) {
     const std::string path = VESK_TESTS "/scenes/" + GetParam();
     const Scene scene = ReadScene(path + ".scene");
     ASSERT_FALSE(scene.words.empty());
-    EXPECT_EQ(Differences(ReadFile(path + ".golden"), scene, RecordScene(scene)), "");
+    const std::string found = RecordScene(scene).golden;
+    WriteFound(GetParam() + ".golden", found);
+    EXPECT_EQ(FirstDifference(ReadFile(path + ".golden"), found), "") << "in " << path;
 }
 
 INSTANTIATE_TEST_SUITE_P(, ScenesTest, testing::ValuesIn(SceneFiles()),

@@ -16,12 +16,9 @@ namespace {
 // Runs on many threads at once; each is given its number.
 template <typename Work>
 void OnThreads(std::size_t count, Work work) {
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads; // joined at the end
     for (std::size_t i = 0; i < count; ++i) {
         threads.emplace_back([work, i] { work(i); });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
     }
 }
 

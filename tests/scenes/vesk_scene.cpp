@@ -3,13 +3,11 @@
 //   vesk_scene FILE                plays it once; what the game prints goes to the console
 //   vesk_scene FILE --ini          the same with the settings of the vesk.ini beside the program
 //   vesk_scene FILE --record       prints its golden file
-//   vesk_scene FILE --log WORD     prints the frames of a word of its script, counted from 1
-//   vesk_scene FILE --repeat N     plays it so many times in one game, where every round must end
-//   with
-//                                  the same references and entities, and prints the memory it takes
+//   vesk_scene FILE --log LINE     prints the frames of the word in that line of its golden file
+//   vesk_scene FILE --repeat N     plays it so many times in one game, where every round must leave
+//                                  the world as the first, and prints the most memory it has taken
 //   vesk_scene FILE --seconds N    plays it again and again in a window in real time and prints
-//   frame
-//                                  times and tick periods; SDL chooses driver and renderer
+//                                  frame times and tick periods; SDL chooses driver and renderer
 //
 // Exit code 1 when the game does not start or a check fails.
 #include "app/Application.h"
@@ -23,21 +21,17 @@
 #include <SDL.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
+#include <utility>
 
-#include <unistd.h>
+#include <sys/resource.h>
 
 namespace {
 
-double ResidentMebibytes() {
-    std::ifstream file("/proc/self/statm");
-    double total = 0.0;
-    double resident = 0.0;
-    file >> total >> resident;
-    return resident * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1048576.0;
+double Milliseconds() {
+    return static_cast<double>(SDL_GetPerformanceCounter()) * 1000.0 /
+           static_cast<double>(SDL_GetPerformanceFrequency());
 }
 
 // Plays in real time: a tick is as many passes as the clock takes to make one due.
@@ -50,16 +44,14 @@ public:
 
 protected:
     void Tick(std::uint32_t /*pass*/) override {
-        using Milliseconds = std::chrono::duration<double, std::milli>;
         const CMN_TimeManager& time = *CMN_TimeManager::GetInstance();
         const std::uint32_t last = time.lastTickTime;
         while (time.lastTickTime == last) {
-            const auto began = std::chrono::steady_clock::now();
+            const double began = Milliseconds();
             RunPass(SDL_GetTicks());
-            frames.push_back(Milliseconds(std::chrono::steady_clock::now() - began).count());
+            frames.push_back(Milliseconds() - began);
             if (time.lastTickTime != last) {
-                periods.push_back(Milliseconds(began - lastTick).count());
-                lastTick = began;
+                periods.push_back(began - std::exchange(lastTick, began));
             }
         }
         TakeDrawLog();
@@ -68,7 +60,7 @@ protected:
     void Hold(char /*bracket*/) override {}
 
 private:
-    std::chrono::steady_clock::time_point lastTick = std::chrono::steady_clock::now();
+    double lastTick = Milliseconds();
 };
 
 void PrintPercentiles(const char* name, std::vector<double> values) {
@@ -100,22 +92,13 @@ int PlayLive(Scene& scene, int seconds) {
     return 0;
 }
 
-// How many references are held and entities there are.
-std::string Holdings() {
-    std::string text;
-    for (const auto& [name, value] : DigestRest()) {
-        text += name == "counts" ? std::to_string(value) + ' ' : "";
-    }
-    return text + std::to_string(WorldManager::GetInstance()->entities.size());
-}
-
 int Play(const Scene& scene, const std::string& configuration, int rounds) {
     ScenePlayer player(scene.settings, configuration);
     if (!player.game.started) {
         return 1;
     }
     player.afterTick = [] { TakeDrawLog(); };
-    std::string atFirst;
+    StateDigest first;
     for (int round = 1; round <= rounds; ++round) {
         for (const std::string& word : scene.words) {
             player.Play(word);
@@ -123,13 +106,15 @@ int Play(const Scene& scene, const std::string& configuration, int rounds) {
         player.game.errors.Take();
         player.game.World().player->PlaceAt(scene.settings.start);
         player.Play(".2");
-        atFirst = round == 1 ? Holdings() : atFirst;
-        if (Holdings() != atFirst) {
-            std::printf("round %d ends with other references or entities than the first\n", round);
+        first = round == 1 ? DigestRest() : first;
+        if (DigestRest() != first) {
+            std::printf("round %d does not end as the first\n", round);
             return 1;
         }
         if (rounds > 1 && round % std::max(1, rounds / 50) == 0) {
-            std::printf("%8d rounds %8.2f MiB\n", round, ResidentMebibytes());
+            rusage usage{};
+            getrusage(RUSAGE_SELF, &usage);
+            std::printf("%8d rounds %8ld KiB at most\n", round, usage.ru_maxrss);
             std::fflush(stdout);
         }
     }
@@ -143,15 +128,13 @@ int main(int argc, char** argv) {
     const int number = argc > 3 ? std::atoi(argv[3]) : 0;
     Scene scene = ReadScene(argc > 1 ? argv[1] : "");
     if (scene.words.empty()) {
-        std::fputs("usage: vesk_scene FILE [--ini | --record | --log WORD | --repeat N | "
-                   "--seconds N]\n",
-                   stderr);
+        std::fputs("usage: vesk_scene FILE [OPTION]\n", stderr);
         return 2;
     }
     if (option == "--record" || option == "--log") {
         const SceneRecord record = RecordScene(scene);
-        const auto word = static_cast<std::size_t>(number);
-        std::fputs((word == 0 ? record.golden : record.frames.at(word - 1)).c_str(), stdout);
+        const auto line = static_cast<std::size_t>(number);
+        std::fputs((line == 0 ? record.golden : record.frames.at(line - 3)).c_str(), stdout);
         return 0;
     }
     if (option == "--seconds") {

@@ -5,8 +5,8 @@
 #include <SDL_ttf.h>
 
 #include <cstdint>
-#include <map>
-#include <optional>
+#include <filesystem>
+#include <set>
 #include <sstream>
 #include <thread>
 #include <utility>
@@ -18,8 +18,7 @@ thread_local int held = 0;
 
 struct Log {
     std::string lines;
-    std::map<const SDL_Texture*, std::string> names; // an address may be used again
-    std::optional<std::uint32_t> ground;             // the first clear's colour
+    std::string ground; // the first clear's colour
 };
 Log drawn;
 
@@ -38,30 +37,24 @@ std::string Text(SDL_Color c) {
 }
 
 std::string Text(const SDL_Rect* rect) {
-    if (rect == nullptr) {
-        return "all";
-    }
     std::ostringstream text;
     text << rect->x << ',' << rect->y << ',' << rect->w << ',' << rect->h;
     return text.str();
 }
 
-SDL_Color ColorOf(SDL_Renderer* renderer) {
+std::string ColorOf(SDL_Renderer* renderer) {
     SDL_Color c{};
     SDL_GetRenderDrawColor(renderer, &c.r, &c.g, &c.b, &c.a);
-    return c;
+    return Text(c);
 }
 
 // Whether a rectangle, made larger by `border` on every side, shows in the window.
 bool Shows(SDL_Renderer* renderer, const SDL_Rect* rect, int border) {
-    int width = 0;
-    int height = 0;
-    SDL_GetRendererOutputSize(renderer, &width, &height);
-    const auto overlaps = [border](std::int64_t start, std::int64_t length, int size) {
-        return start - border < size && start + length + border > 0 && length + border > 0;
-    };
-    return rect == nullptr ||
-           (overlaps(rect->x, rect->w, width) && overlaps(rect->y, rect->h, height));
+    SDL_Rect window{};
+    SDL_GetRendererOutputSize(renderer, &window.w, &window.h);
+    const int grown = 2 * border;
+    const SDL_Rect shown{rect->x - border, rect->y - border, rect->w + grown, rect->h + grown};
+    return SDL_HasIntersection(&shown, &window) == SDL_TRUE;
 }
 
 } // namespace
@@ -84,11 +77,12 @@ int __real_SDL_RenderCopy(SDL_Renderer*, SDL_Texture*, const SDL_Rect*, const SD
 int __wrap_SDL_RenderCopy(SDL_Renderer* renderer, SDL_Texture* texture, const SDL_Rect* source,
                           const SDL_Rect* place) {
     if (Shows(renderer, place, 0)) {
-        const auto name = drawn.names.find(texture);
-        if (name == drawn.names.end()) { // its size is the font's
+        const void* name = SDL_GetTextureUserData(texture);
+        if (name == nullptr) { // its size is the font's
             Say("copy text -> ", place->x, ',', place->y);
         } else {
-            Say("copy ", name->second, ' ', Text(source), " -> ", Text(place));
+            Say("copy ", static_cast<const char*>(name), ' ',
+                source == nullptr ? "all" : Text(source), " -> ", Text(place));
         }
     }
     return __real_SDL_RenderCopy(renderer, texture, source, place);
@@ -97,7 +91,7 @@ int __wrap_SDL_RenderCopy(SDL_Renderer* renderer, SDL_Texture* texture, const SD
 int __real_SDL_RenderFillRect(SDL_Renderer*, const SDL_Rect*);
 int __wrap_SDL_RenderFillRect(SDL_Renderer* renderer, const SDL_Rect* rect) {
     if (Shows(renderer, rect, 0)) {
-        Say("fill ", Text(rect), " in ", Text(ColorOf(renderer)));
+        Say("fill ", Text(rect), " in ", ColorOf(renderer));
     }
     return __real_SDL_RenderFillRect(renderer, rect);
 }
@@ -105,24 +99,22 @@ int __wrap_SDL_RenderFillRect(SDL_Renderer* renderer, const SDL_Rect* rect) {
 int __real_SDL_RenderDrawRect(SDL_Renderer*, const SDL_Rect*);
 int __wrap_SDL_RenderDrawRect(SDL_Renderer* renderer, const SDL_Rect* rect) {
     if (Shows(renderer, rect, 1)) {
-        Say("rect ", Text(rect), " in ", Text(ColorOf(renderer)));
+        Say("rect ", Text(rect), " in ", ColorOf(renderer));
     }
     return __real_SDL_RenderDrawRect(renderer, rect);
 }
 
 int __real_SDL_RenderDrawLine(SDL_Renderer*, int, int, int, int);
 int __wrap_SDL_RenderDrawLine(SDL_Renderer* renderer, int x1, int y1, int x2, int y2) {
-    Say("line ", x1, ',', y1, " -> ", x2, ',', y2, " in ", Text(ColorOf(renderer)));
+    Say("line ", x1, ',', y1, " -> ", x2, ',', y2, " in ", ColorOf(renderer));
     return __real_SDL_RenderDrawLine(renderer, x1, y1, x2, y2);
 }
 
 int __real_SDL_RenderClear(SDL_Renderer*);
 int __wrap_SDL_RenderClear(SDL_Renderer* renderer) {
-    const SDL_Color c = ColorOf(renderer);
-    const std::uint32_t packed = std::uint32_t{c.r} | std::uint32_t{c.g} << 8U |
-                                 std::uint32_t{c.b} << 16U | std::uint32_t{c.a} << 24U;
-    drawn.ground = drawn.ground.value_or(packed);
-    Say("clear", packed == drawn.ground ? "" : " in " + Text(c));
+    const std::string color = ColorOf(renderer);
+    drawn.ground = drawn.ground.empty() ? color : drawn.ground;
+    Say("clear", color == drawn.ground ? "" : " in " + color);
     return __real_SDL_RenderClear(renderer);
 }
 
@@ -140,20 +132,12 @@ SDL_Surface* __wrap_TTF_RenderText_Blended(TTF_Font* font, const char* text, SDL
 
 SDL_Texture* __real_IMG_LoadTexture(SDL_Renderer*, const char*);
 SDL_Texture* __wrap_IMG_LoadTexture(SDL_Renderer* renderer, const char* path) {
+    static std::set<std::filesystem::path> names; // for the textures to point to
     SDL_Texture* texture = __real_IMG_LoadTexture(renderer, path);
-    const std::string name = path;
-    const std::string file = name.substr(name.rfind('/') + 1);
-    Say("load ", file);
-    if (texture != nullptr) {
-        drawn.names[texture] = file;
-    }
+    const auto name = names.insert(std::filesystem::path(path).filename()).first;
+    Say("load ", name->c_str());
+    SDL_SetTextureUserData(texture, const_cast<char*>(name->c_str()));
     return texture;
-}
-
-void __real_SDL_DestroyTexture(SDL_Texture*);
-void __wrap_SDL_DestroyTexture(SDL_Texture* texture) {
-    drawn.names.erase(texture);
-    __real_SDL_DestroyTexture(texture);
 }
 
 int __real_SDL_LockMutex(SDL_mutex*);

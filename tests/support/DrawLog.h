@@ -17,7 +17,7 @@
 /// The lines since the last call.
 std::string TakeDrawLog();
 
-/// Forgets lines, textures and the colour of the first clear.
+/// Forgets lines and the colour of the first clear.
 void ResetDrawLog();
 
 /// How many SDL locks this thread holds.

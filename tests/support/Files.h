@@ -22,11 +22,12 @@ inline void WriteFound(const std::string& name, const std::string& text) {
 inline std::string FirstDifference(const std::string& expected, const std::string& found) {
     std::istringstream left(expected);
     std::istringstream right(found);
-    for (std::string a, b; !left.eof() || !right.eof(); a.clear(), b.clear()) {
+    int line = 1;
+    for (std::string a, b; !left.eof() || !right.eof(); a.clear(), b.clear(), ++line) {
         std::getline(left, a);
         std::getline(right, b);
         if (a != b) {
-            return "expected " + a + "\nfound " + b;
+            return "line " + std::to_string(line) + "\nexpected " + a + "\nfound " + b;
         }
     }
     return "";

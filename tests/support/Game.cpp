@@ -7,6 +7,7 @@
 
 #include <SDL.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 
@@ -16,6 +17,14 @@ namespace {
 
 constexpr std::uint32_t kTick = 16;         // ms
 constexpr std::uint32_t kDeadline = 120000; // ms, for loads to end even under a slow sanitizer
+
+std::string ConfigurationText(const GameSettings& settings) {
+    std::ostringstream text;
+    text << "[resource]\nmode = " << settings.mode << "\n[graphics]\nwidth = " << settings.width
+         << "\nheight = " << settings.height << "\n[world]\nstart_pos_x = " << settings.start.x
+         << "\nstart_pos_y = " << settings.start.y << "\nstart_zoom = " << settings.zoom << "\n";
+    return text.str();
+}
 
 } // namespace
 
@@ -27,16 +36,7 @@ TemporaryFile::TemporaryFile(const std::string& content) {
 }
 
 TemporaryFile::~TemporaryFile() {
-    std::error_code ignored;
-    std::filesystem::remove(path, ignored);
-}
-
-std::string ConfigurationText(const GameSettings& settings) {
-    std::ostringstream text;
-    text << "[resource]\nmode = " << settings.mode << "\n[graphics]\nwidth = " << settings.width
-         << "\nheight = " << settings.height << "\n[world]\nstart_pos_x = " << settings.start.x
-         << "\nstart_pos_y = " << settings.start.y << "\nstart_zoom = " << settings.zoom << "\n";
-    return text.str();
+    std::remove(path.c_str());
 }
 
 void UseHeadlessDrivers() {
@@ -47,8 +47,7 @@ void UseHeadlessDrivers() {
 
 std::vector<std::string> OutputLines::Take() {
     std::vector<std::string> lines;
-    std::istringstream stream(text.str());
-    text.str("");
+    std::istringstream stream(text.Take());
     for (std::string line; std::getline(stream, line);) {
         const std::size_t reason = line.find(" error: ");
         lines.push_back(reason == std::string::npos ? line : line.substr(0, reason + 8));
@@ -69,7 +68,7 @@ Game::Game(const GameSettings& settings, const std::string& configuration) {
 }
 
 Game::~Game() {
-    errors.Open();
+    errors.SetOpen(true);
     ShutDown();
     SDL_ClearHints();
 }

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstdint>
-#include <iostream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -37,27 +36,18 @@ public:
     std::string path;
 };
 
-/// The configuration file's text for these settings.
-std::string ConfigurationText(const GameSettings& settings);
-
 /// Makes SDL use its headless drivers, whatever its environment says.
 void UseHeadlessDrivers();
 
 /// Takes what is written to std::cout while it lives.
 class OutputLines {
 public:
-    OutputLines() : former(std::cout.rdbuf(text.rdbuf())) {}
-    ~OutputLines() { std::cout.rdbuf(former); }
-    OutputLines(const OutputLines&) = delete;
-    OutputLines& operator=(const OutputLines&) = delete;
-
     /// The lines since the last call, each up to what SDL says after " error: ", which differs
     /// between systems.
     std::vector<std::string> Take();
 
 private:
-    std::ostringstream text;
-    std::streambuf* former;
+    ErrorLines text{std::cout};
 };
 
 /// A running game from construction to destruction; one at a time. Main thread.
@@ -91,7 +81,6 @@ public:
     std::string Frame();
 
     WorldManager& World() const { return *WorldManager::GetInstance(); }
-    std::uint32_t Now() const { return now; } ///< ms
 
     bool started = false;
     ErrorLines errors;

@@ -59,12 +59,13 @@ private:
     std::shared_ptr<Signal> gate = std::make_shared<Signal>();
 };
 
-/// Takes what any thread writes to std::cerr while it lives. Closed, it stops every other thread at
+/// Takes what any thread writes to a stream while it lives. Closed, it stops every other thread at
 /// its next line, and the generator says one in the middle of each dungeon.
 class ErrorLines : private std::streambuf {
 public:
-    ErrorLines() : former(std::cerr.rdbuf(this)) {}
-    ~ErrorLines() override { std::cerr.rdbuf(former); }
+    explicit ErrorLines(std::ostream& taken = std::cerr)
+        : stream(taken), former(taken.rdbuf(this)) {}
+    ~ErrorLines() override { stream.rdbuf(former); }
     ErrorLines(const ErrorLines&) = delete;
     ErrorLines& operator=(const ErrorLines&) = delete;
 
@@ -74,14 +75,9 @@ public:
         return std::exchange(text, {});
     }
 
-    void Close() {
+    void SetOpen(bool value) {
         const std::lock_guard guard(lock);
-        open = false;
-    }
-
-    void Open() {
-        const std::lock_guard guard(lock);
-        open = true;
+        open = value;
         opened.notify_all();
     }
 
@@ -102,6 +98,7 @@ private:
     }
 
     const std::thread::id owner = std::this_thread::get_id();
+    std::ostream& stream;
     std::streambuf* former;
     std::mutex lock;
     std::condition_variable opened;
