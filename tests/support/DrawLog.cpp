@@ -4,7 +4,6 @@
 #include <SDL_image.h>
 #include <SDL_ttf.h>
 
-#include <cstdint>
 #include <filesystem>
 #include <set>
 #include <sstream>
@@ -16,18 +15,15 @@ namespace {
 const std::thread::id mainThread = std::this_thread::get_id();
 thread_local int held = 0;
 
-struct Log {
-    std::string lines;
-    std::string ground; // the first clear's colour
-};
-Log drawn;
+std::string lines;
+std::string ground; // the first clear's colour
 
 template <typename... Parts>
 void Say(const Parts&... parts) {
     std::ostringstream line;
     (line << ... << parts);
-    drawn.lines += std::to_string(held) + ' ' + line.str();
-    drawn.lines += std::this_thread::get_id() == mainThread ? "\n" : " on another thread\n";
+    lines += std::to_string(held) + ' ' + line.str();
+    lines += std::this_thread::get_id() == mainThread ? "\n" : " on another thread\n";
 }
 
 std::string Text(SDL_Color c) {
@@ -60,11 +56,12 @@ bool Shows(SDL_Renderer* renderer, const SDL_Rect* rect, int border) {
 } // namespace
 
 std::string TakeDrawLog() {
-    return std::exchange(drawn.lines, {});
+    return std::exchange(lines, {});
 }
 
 void ResetDrawLog() {
-    drawn = {};
+    lines.clear();
+    ground.clear();
 }
 
 int LocksHeld() {
@@ -113,8 +110,8 @@ int __wrap_SDL_RenderDrawLine(SDL_Renderer* renderer, int x1, int y1, int x2, in
 int __real_SDL_RenderClear(SDL_Renderer*);
 int __wrap_SDL_RenderClear(SDL_Renderer* renderer) {
     const std::string color = ColorOf(renderer);
-    drawn.ground = drawn.ground.empty() ? color : drawn.ground;
-    Say("clear", color == drawn.ground ? "" : " in " + color);
+    ground = ground.empty() ? color : ground;
+    Say("clear", color == ground ? "" : " in " + color);
     return __real_SDL_RenderClear(renderer);
 }
 

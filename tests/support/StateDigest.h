@@ -1,7 +1,7 @@
 // The state of the running game as a list of digests, one per part of it, for comparing runs.
 //
 // What depends on the timing of load jobs alone, as the order of different cells' enemies in their
-// layer, is left out; everything else takes part. Main thread.
+// layer, is left out, and so is what is drawn anyway: menu, radar, flags. Main thread.
 #pragma once
 
 #include <bit>
