@@ -40,7 +40,7 @@ TEST(ConfigTest, ReadsEveryKeyInAnyCaseAndTakesDefaultsForTheRest) {
     }
     const std::string nothing = "1 0 0 0 0 0";
     EXPECT_EQ(Settings(TemporaryFile("[resources]\nmode = x\n[world]\nwidth = 5\n").path), nothing);
-    EXPECT_EQ(Settings(TemporaryFile(std::string("\0\1[[[=\n=\n]\0[g\nw", 17)).path), nothing);
+    EXPECT_EQ(Settings(TemporaryFile(std::string("\0\1[[[=\n=\n]\0[g\nw", 15)).path), nothing);
     const TemporaryFile fifo("");
     std::filesystem::remove(fifo.path);
     ASSERT_EQ(mkfifo(fifo.path.c_str(), 0600), 0);

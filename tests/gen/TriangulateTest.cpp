@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "WorldDigest.h"
+#include "common/Arithmetic.h"
 #include "gen/Random.h"
 #include "support/Files.h"
 #include "support/Holds.h"
@@ -67,7 +68,7 @@ Points PointsAt(const std::vector<Place>& places) {
 // places that are none or repeated.
 void Spoil(Points& points, Twister& rng) {
     const auto any = [&]() -> DelaunayPoint& { return points[rng() % points.size()]; };
-    const std::int32_t ids[] = {any().id, -5, 0x7fffffff - any().id % 4};
+    const std::int32_t ids[] = {any().id, -5, WrapSub(0x7fffffff, any().id % 4)};
     const float values[] = {kNan, -kInfinite, std::numeric_limits<float>::max(), -0.0f, any().y};
     any().id = ids[rng() % 3];
     any().x = values[rng() % 5];
