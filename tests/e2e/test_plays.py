@@ -79,6 +79,10 @@ def test_map_and_menu(folder):
         assert panned.getpixel(CENTRE) == YELLOW, "the player is at the centre no more"
         below_left = (PANEL[0], CENTRE[1], CENTRE[0], PANEL[3])
         assert count(panned, RED, below_left) == 13, "but the whole cross lies left and below"
+        game.hold("BackSpace")
+        game.wait(lambda picture: not map_is_open(picture), "the map is closed")
+        game.hold("BackSpace")
+        game.wait(lambda picture: picture.getpixel(CENTRE) == RED, "opened again it shows the player")
         game.wait(lambda picture: count(picture, YELLOW) > 500, "hallways are shown", "e")
         game.settle("map_detail")
         game.hold("BackSpace")
