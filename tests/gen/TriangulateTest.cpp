@@ -156,6 +156,16 @@ TEST(TriangulateTest, DoesWithManySetsWhatIsRecorded) {
             }
         }
     }
+    std::ifstream late(VESK_TESTS "/data/late_flips.txt");
+    std::string comment;
+    std::getline(late, comment);
+    std::vector<Place> places;
+    for (Place place; late >> place.first >> place.second;) {
+        places.push_back(place);
+    }
+    Digest digest; // of flips that go on to the last repetition, with the longest list allowed
+    AddOutcome(PointsAt(places), digest);
+    found += "late " + std::to_string(digest.Value()) + '\n';
     EXPECT_EQ(FirstDifference(ReadFile(VESK_TESTS "/data/triangulate_golden.txt"), found), "");
     WriteFound("triangulate_golden.txt", found);
 }
