@@ -18,6 +18,17 @@ SEA_COLOR = """\
 inline constexpr SDL_Color kSeaColor{%d, %d, %d, 255};
 """
 
+TILE_COLORS = """\
+// Written by scripts/build-art: the mean colours of the tiles' images.
+#pragma once
+
+#include "atlas/Picture.h"
+
+inline constexpr Color kWaterTile{%d, %d, %d};
+inline constexpr Color kHallwayTile{%d, %d, %d};
+inline constexpr Color kRoomTile{%d, %d, %d};
+"""
+
 
 def build(art):
     """art: the folder with the sources. Returns {name in the tree: bytes}."""
@@ -32,8 +43,10 @@ def build(art):
     for size in ICON_SIZES:
         files["packaging/icons/vesk-%d.png" % size] = picture.png(picture.scaled(icon, size))
     files["packaging/icons/vesk.svg"] = svg.encode(icon)
-    water = sheets["image"][1]["water"]
-    files["src/gfx/SeaColor.h"] = (SEA_COLOR % picture.mean(water)).encode("ascii")
+    tiles = [*sheets["image"][1].values(), sheets["terrain_transition"][1]["sand"]]
+    water, hallway, room = map(picture.mean, tiles)
+    files["src/gfx/SeaColor.h"] = (SEA_COLOR % water).encode("ascii")
+    files["tools/atlas/TileColors.h"] = (TILE_COLORS % (water + hallway + room)).encode("ascii")
     return files
 
 

@@ -1,5 +1,7 @@
 #include "atlas/Picture.h"
 
+#include "atlas/TileColors.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -11,14 +13,13 @@ namespace {
 constexpr int kToneShift = 4;
 constexpr std::uint8_t kFullCover = 15;
 
-// In the order of Tone. The tiles' colours are the means of their images in data/; those of the
-// overlays are the game's, as far as it shows them.
+// In the order of Tone. The overlays' colours are the game's, as far as it shows them.
 constexpr std::array<Color, 16> kColors{{
     {12, 16, 24},    // void
-    {33, 98, 139},   // sea: image.png at (100, 0)
+    kWaterTile,      // sea
     {30, 90, 129},   // sea of every other cluster
-    {105, 107, 115}, // hallway: image.png at (100, 100)
-    {160, 134, 80},  // room: terrain_transition.png at (48, 64)
+    kHallwayTile,    // hallway
+    kRoomTile,       // room
     {198, 166, 98},  // land of a whole cell
     {244, 228, 176}, // its shore
     {62, 124, 163},  // grid
