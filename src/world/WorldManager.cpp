@@ -19,7 +19,9 @@
 WorldManager::WorldManager() = default;
 
 WorldManager::~WorldManager() {
-    entities.clear();
+    for (const IEntity* entity : entities) {
+        delete entity;
+    }
     camera.reset();
     const MutexLock lock(callbackLock);
     callbacks.clear();
@@ -146,17 +148,14 @@ void WorldManager::Render() {
 }
 
 void WorldManager::AddEntity(IEntity* entity, std::int32_t layer) {
-    entities.emplace_back(entity);
+    entities.push_back(entity);
     layers[static_cast<std::size_t>(layer)].push_back(entity);
 }
 
 void WorldManager::RemoveEntity(IEntity* entity) {
-    std::unique_ptr<IEntity> removed; // deleted once no layer points to it
-    const auto owned = std::find_if(
-        entities.begin(), entities.end(),
-        [entity](const std::unique_ptr<IEntity>& other) { return other.get() == entity; });
-    if (owned != entities.end()) {
-        removed = std::move(*owned);
+    const auto owned = std::find(entities.begin(), entities.end(), entity);
+    const std::unique_ptr<IEntity> removed(owned == entities.end() ? nullptr : entity);
+    if (removed != nullptr) { // deleted once no layer points to it
         entities.erase(owned);
     }
     for (std::vector<IEntity*>& layer : layers) {

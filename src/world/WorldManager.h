@@ -76,7 +76,7 @@ public:
     AnchoredBoatEntity* anchoredBoat = nullptr;
     MapEntity* map = nullptr;
     DebugMenuEntity* debugMenu = nullptr;
-    std::vector<std::unique_ptr<IEntity>> entities;        ///< in the order added and updated
+    std::vector<IEntity*> entities; ///< owned; in the order added and updated
     std::array<std::vector<IEntity*>, kLayerCount> layers; ///< each in the order added and drawn
     Mutex worldLock; ///< held by Update from the entities on, and by Render
     CellGrid cellGrid;
