@@ -47,11 +47,6 @@ void CMN_TaskManager::Stop() {
     workers.clear();
 }
 
-std::size_t CMN_TaskManager::PendingTasks() {
-    const MutexLock lock(mutex);
-    return tasks.size();
-}
-
 void CMN_TaskManager::WorkerLoop() {
     std::function<void()> job;
     while (TakeTask(job)) {

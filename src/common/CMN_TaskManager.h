@@ -8,7 +8,6 @@
 #include "app/CMN_Singleton.h"
 #include "common/Mutex.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <list>
@@ -35,20 +34,16 @@ public:
     /// job runs or starts. Main thread; a second call does nothing.
     void Stop() VESK_EXCLUDES(mutex);
 
-    /// How many jobs wait for a worker. Any thread.
-    std::size_t PendingTasks() VESK_EXCLUDES(mutex);
-
 private:
     void WorkerLoop() VESK_EXCLUDES(mutex);
 
     /// Waits for the next job and moves it into `job`; false when the worker is to end.
     bool TakeTask(std::function<void()>& job) VESK_EXCLUDES(mutex);
 
+public:
     std::list<std::function<void()>> tasks VESK_GUARDED_BY(mutex); ///< oldest first
     Condition condition; ///< signalled per added job, broadcast at the stop
     Mutex mutex;
-
-public:
     std::uint32_t hardwareThreads = 0; ///< as read by Init
     std::int32_t workerCount = 0;      ///< hardwareThreads - 1
 

@@ -18,8 +18,6 @@ FIGURES = [("link_raw.png", x, 0, 16) for x in (0, 30, 62, 91)]
 WHOLE = [("hud_compass.png", 0, 0, 118), ("island_icon.png", 0, 0, 9)]
 SINGLES = [("enemies.png", 0, 0, 16), ("compass.png", 0, 0, 128)]
 
-BUTTON = (260, 20)  # pixels
-LISTING_STEP = 15  # pixels from line to line of the debug listings
 PRINTABLE = [chr(code) for code in range(0x20, 0x7f)]
 
 
@@ -67,13 +65,6 @@ def test_pictures_come_out_the_same_however_a_renderer_rounds(figure, size):
                 for x, y in itertools.product((-0.01, 0.01), repeat=2)}) == 1
 
 
-@pytest.mark.parametrize("one, other", [
-    pair for group in (SHIPS, FIGURES, TILES) for pair in itertools.combinations(group, 2)])
-def test_headings_and_grounds_differ(one, other):
-    pairs = zip(cut(*one).getdata(), cut(*other).getdata())
-    assert sum(a != b for a, b in pairs) > one[3] ** 2 / 10
-
-
 @pytest.fixture(name="font")
 def load_font():
     path = str(ROOT / "data/sample.ttf")
@@ -90,14 +81,13 @@ def test_every_printable_character_has_a_crisp_glyph_of_its_own(font):
         assert font.getbbox(character)[2] <= font.getlength(character) + 1, "none is cut at its end"
 
 
-def test_texts_fit_buttons_and_listings(font):
-    ascent, descent = font.getmetrics()
-    assert ascent + descent <= BUTTON[1]
+def test_texts_fit_buttons_of_260_by_20_and_listings_15_apart(font):
+    assert sum(font.getmetrics()) <= 20
     _, top, _, bottom = font.getbbox("".join(PRINTABLE))
-    assert top >= 1 and bottom <= BUTTON[1] - 1 and bottom - top < LISTING_STEP
+    assert top >= 1 and bottom <= 19 and bottom - top < 15
     for text in ("Render min spanning tree : false", "Render dungeon rooms : false"):
         ink, (left, _) = font.getmask2(text)
-        assert left + ink.getbbox()[0] >= 1 and font.getbbox(text)[2] <= BUTTON[0] - 4
+        assert left + ink.getbbox()[0] >= 1 and font.getbbox(text)[2] <= 256
 
 
 def build_art(tree, *arguments):

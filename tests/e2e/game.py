@@ -85,9 +85,9 @@ class Game:
             return False
         return picture.getcolors(1) is None
 
-    def wait_for_exit(self):
-        """The exit code, once the program has ended."""
-        return self.process.wait(DEADLINE)
+    def end(self):
+        """The exit code and all that was said, once the program has ended."""
+        return self.process.wait(DEADLINE), self.output()
 
     def output(self):
         return (self.folder / "output").read_text(errors="replace")

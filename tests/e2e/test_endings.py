@@ -15,7 +15,7 @@ DUMMY = ["env", "-u", "SDL_RENDER_DRIVER", "SDL_VIDEODRIVER=dummy"]
 def test_escape_ends_well_in_the_midst_of_loading(folder):
     with Game(folder) as game:
         game.hold("d Escape")  # as soon as there is a window
-        assert game.wait_for_exit() == 0
+        assert game.end() == (0, "")
 
 
 @pytest.mark.parametrize("number", [signal.SIGHUP, signal.SIGTERM])
@@ -29,7 +29,7 @@ def test_signals_end_well_and_closed_streams_are_not_taken_by_others(folder, num
             assert os.readlink(f"/proc/{game.process.pid}/fd/{stream}") == "/dev/null"
         game.settle()
         game.process.send_signal(number)
-        assert game.wait_for_exit() == 0
+        assert game.end() == (0, "")
 
 
 @pytest.mark.parametrize("operation, surroundings", [

@@ -1,4 +1,4 @@
-"""Two plays in the real window: the first minute as it is shipped, and the map with the menu."""
+"""A play in the real window: the first minute as it is shipped, then the map and the menu."""
 
 from game import Game, Sprite
 
@@ -14,13 +14,11 @@ ROSE = Sprite(118, "hud_compass.png", 0, 0, 118, 118)
 START = (768, 288)  # where the ship lies in the window at first
 
 BLUE, GREEN, YELLOW = (0, 0, 255), (0, 255, 0), (255, 255, 0)
-RED, WHITE, GREY, LIGHT_GREY = (255, 0, 0), (255, 255, 255), (128, 128, 128), (200, 200, 200)
+RED, WHITE = (255, 0, 0), (255, 255, 255)
 
 PANEL = (128, 72, 1152, 648)  # the map's left, top, right and bottom
 CENTRE = (640, 360)
 BESIDE_MENU = (301, 0, 1101, 720)  # where overlays show, left of the radar
-
-OVERLAYS = {2: YELLOW, 6: WHITE}  # row of the menu: a colour that its overlay brings
 
 
 def count(picture, colour, box=PANEL):
@@ -32,21 +30,7 @@ def map_is_open(picture):
     return picture.getpixel((PANEL[0] + 1, PANEL[1] + 1)) == BLUE
 
 
-def selected_row(picture):
-    """The menu's selected row, counted from 1; None when the menu is hidden."""
-    fills = [picture.getpixel((290, 22 * row + 18)) for row in range(1, 10)]
-    shown = fills.count(LIGHT_GREY) == 1 and fills.count(GREY) == 8
-    return fills.index(LIGHT_GREY) + 1 if shown else None
-
-
-def select(game, row):
-    """Goes to a row of the menu and gives the picture that shows it."""
-    while (at := selected_row(picture := game.settle())) != row:
-        game.hold("s" if at < row else "w")
-    return picture
-
-
-def test_from_the_shipped_start_ashore_and_back(folder):
+def test_from_the_shipped_start_ashore_and_back_to_map_and_menu(folder):
     with Game(folder) as game:
         game.wait(lambda picture: SHIP.is_at(picture, START), "the ship lies off an island")
         first = game.settle("shipped_start")
@@ -59,16 +43,8 @@ def test_from_the_shipped_start_ashore_and_back(folder):
         figure, boat = FIGURE.seek(ashore, START[1]), BOAT.seek(ashore, START[1])
         assert figure > boat and (figure - boat) % STEP == 0, "the boat stays some tiles behind"
         game.wait(lambda picture: SHIP_LEFT.seek(picture, START[1]), "it boards the boat", "a")
-        aboard = game.settle("aboard_again")
-        assert BOAT.seek(aboard, START[1]) is None, "the boat is the ship again"
-        game.hold("Escape")
-        assert game.wait_for_exit() == 0
-        assert game.output() == "", "every image and the typeface were found"
+        assert BOAT.seek(game.settle("aboard"), START[1]) is None, "the boat is the ship again"
 
-
-def test_map_and_menu(folder):
-    with Game(folder) as game:
-        game.wait(lambda picture: SHIP.is_at(picture, START), "the ship lies off an island")
         game.hold("BackSpace")
         game.wait(map_is_open, "the map is open")
         opened = game.settle("map")
@@ -84,14 +60,15 @@ def test_map_and_menu(folder):
         game.hold("BackSpace")
         game.wait(lambda picture: picture.getpixel(CENTRE) == RED, "opened again it shows the player")
         game.wait(lambda picture: count(picture, YELLOW) > 500, "hallways are shown", "e")
-        game.settle("map_detail")
         game.hold("BackSpace")
         game.wait(lambda picture: not map_is_open(picture), "the map is closed")
 
         game.hold("grave")
-        for row, colour in OVERLAYS.items():
-            off = count(select(game, row), colour, BESIDE_MENU)
-            game.hold("Return")
-            assert count(game.settle(f"menu_{row}"), colour, BESIDE_MENU) > off + 100
+        game.settle("menu")
+        game.hold("s")
+        off = count(game.settle(), YELLOW, BESIDE_MENU)
+        game.hold("Return")
+        shown = game.settle("menu_tree")
+        assert count(shown, YELLOW, BESIDE_MENU) > off + 100, "the second row brings the tree"
         game.hold("Escape")
-        assert game.wait_for_exit() == 0
+        assert game.end() == (0, ""), "every image and the typeface were found"
