@@ -18,6 +18,15 @@ namespace {
 
 constexpr std::uint32_t kTickInterval = 16; // ms
 
+// Whether a driver's windows can be seen. Wayland's library prints lines of its own where it finds
+// neither its folder nor a display.
+bool IsVisible(const std::string& driver) {
+    if (driver == "wayland") {
+        return SDL_getenv("XDG_RUNTIME_DIR") != nullptr || SDL_getenv("WAYLAND_DISPLAY") != nullptr;
+    }
+    return driver != "offscreen" && driver != "dummy" && driver != "evdev";
+}
+
 // A window that opens where nobody can see it would leave the player with a program that no key can
 // end: unless a driver is named, SDL may try only those with a display.
 void LeaveOutHeadlessDrivers() {
@@ -28,7 +37,7 @@ void LeaveOutHeadlessDrivers() {
     std::string visible;
     for (int i = 0; i < SDL_GetNumVideoDrivers(); ++i) {
         const std::string driver = SDL_GetVideoDriver(i);
-        if (driver != "offscreen" && driver != "dummy" && driver != "evdev") {
+        if (IsVisible(driver)) {
             visible += (visible.empty() ? "" : ",") + driver;
         }
     }

@@ -8,7 +8,7 @@ import subprocess
 import pytest
 from game import DEADLINE, PROGRAM, Game
 
-NO_DISPLAY = ["env", "-u", "DISPLAY", "-u", "WAYLAND_DISPLAY", "-u", "SDL_VIDEODRIVER"]
+NO_DISPLAY = ["env", *"-u DISPLAY -u WAYLAND_DISPLAY -u XDG_RUNTIME_DIR -u SDL_VIDEODRIVER".split()]
 DUMMY = ["env", "-u", "SDL_RENDER_DRIVER", "SDL_VIDEODRIVER=dummy"]
 
 
@@ -37,7 +37,8 @@ def test_signals_end_well_and_closed_streams_are_not_taken_by_others(folder, num
     ("SDL_CreateRenderer", DUMMY)])
 def test_a_failing_start_names_its_cause_and_waits_for_a_character(operation, surroundings):
     with subprocess.Popen(["timeout", str(DEADLINE), *surroundings, PROGRAM], text=True,
-                          stdin=subprocess.PIPE, stdout=subprocess.PIPE) as process:
+                          stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                          stderr=subprocess.STDOUT) as process:
         assert re.fullmatch(f"{operation} error: .+\n", process.stdout.readline())
         assert process.poll() is None, "it waits"
         print(file=process.stdin, flush=True)
