@@ -17,9 +17,7 @@ class Replay : public ScenePlayer {
 public:
     /// Without a seed, loads end within the tick that asks for them.
     Replay(const GameSettings& settings, unsigned seed)
-        : ScenePlayer(settings), isDelayed(seed != 0), random(seed) {
-        draws = false;
-    }
+        : ScenePlayer(settings), isDelayed(seed != 0), random(seed) {}
 
     Trace PlayAll(const Scene& scene, std::size_t wordsPerRest) {
         std::size_t number = 0;

@@ -89,7 +89,7 @@ void ScenePlayer::Tick(std::uint32_t pass) {
         hold.Release();
         WaitForLoads();
     }
-    if (pass == 0 && draws) {
+    if (pass == 0) {
         game.World().Render();
     }
     afterTick();

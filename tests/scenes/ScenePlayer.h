@@ -54,7 +54,6 @@ protected:
     virtual void Hold(char by);
 
     const std::uint32_t workers;
-    bool draws = true; ///< a frame after every tick
     WorkerHold hold;
 
 private:

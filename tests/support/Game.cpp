@@ -56,9 +56,7 @@ std::vector<std::string> OutputLines::Take() {
 }
 
 Game::Game(const GameSettings& settings, const std::string& configuration) {
-    if (!settings.useWindow) {
-        UseHeadlessDrivers();
-    }
+    UseHeadlessDrivers();
     ResetDrawLog();
     StartOptions start;
     start.hardwareThreads = settings.workers + 1;

@@ -22,7 +22,6 @@ struct GameSettings {
     std::string zoom = "1";
     std::string mode = "dev"; ///< any other: images and font are looked for beside the program
     std::uint32_t workers = 1;
-    bool useWindow = false; ///< leave the drivers to SDL and its environment variables
 };
 
 /// A file that lives as long as its object.

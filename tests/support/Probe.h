@@ -19,8 +19,7 @@ public:
 
 /// A new probe that the world owns.
 inline Probe& AddProbe(std::int32_t layer) {
-    auto probe = std::make_unique<Probe>();
-    Probe& added = *probe;
-    WorldManager::GetInstance()->AddEntity(probe.release(), layer);
-    return added;
+    auto* const probe = new Probe;
+    WorldManager::GetInstance()->AddEntity(probe, layer);
+    return *probe;
 }

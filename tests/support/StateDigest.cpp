@@ -8,15 +8,6 @@
 #include "entities/TerrainCellEntity.h"
 #include "support/Guarded.h"
 
-namespace {
-
-template <typename... Values>
-std::uint64_t Hash(const Values&... values) {
-    return Hasher().Add(values...).state;
-}
-
-} // namespace
-
 StateDigest DigestTick() {
     const WorldManager& world = *WorldManager::GetInstance();
     const PlayerEntity& p = *world.player;
@@ -32,12 +23,15 @@ StateDigest DigestTick() {
     for (const ClusterRecord* cluster : world.cellGrid.clusters) {
         clusters.Add(DigestOf(*cluster));
     }
-    return {{"player", Hash(p.position, p.exactPosition, p.targetTile, p.moveVector, p.direction,
-                            p.tileType, p.mode, p.speed, p.idle)},
-            {"boat", Hash(boat.position, boat.direction, boat.active)},
-            {"camera", Hash(world.camera->position, world.camera->zoom)},
-            {"map", Hash(world.mapMode, map.active, map.pan, map.zoom, map.showCompasses)},
-            {"input", Hash(input.actions, input.pressed, input.timers)},
+    return {{"player", Hasher()
+                           .Add(p.position, p.exactPosition, p.targetTile, p.moveVector,
+                                p.direction, p.tileType, p.mode, p.speed, p.idle)
+                           .state},
+            {"boat", Hasher().Add(boat.position, boat.direction, boat.active).state},
+            {"camera", Hasher().Add(world.camera->position, world.camera->zoom).state},
+            {"map",
+             Hasher().Add(world.mapMode, map.active, map.pan, map.zoom, map.showCompasses).state},
+            {"input", Hasher().Add(input.actions, input.pressed, input.timers).state},
             {"requests", requests.state},
             {"clusters", clusters.state}};
 }
@@ -68,5 +62,5 @@ StateDigest DigestRest() {
     return {{"terrain", terrain.state},
             {"spawned", spawned.state},
             {"layers", layers.Add(world.entities.size()).state},
-            {"counts", Hash(ASM_AssetManager::GetInstance()->dungeons.GetRefs())}};
+            {"counts", Hasher().Add(ASM_AssetManager::GetInstance()->dungeons.GetRefs()).state}};
 }
