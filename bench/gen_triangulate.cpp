@@ -2,6 +2,8 @@
 //
 // Standard error goes to a buffer that drops everything: the lines that `Triangulate` writes are
 // made and handed over, but no terminal or file is waited for.
+#include <benchmark/benchmark.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -12,8 +14,6 @@
 #include <streambuf>
 #include <utility>
 #include <vector>
-
-#include <benchmark/benchmark.h>
 #ifdef VESK_HAVE_CGAL
 #include <CGAL/Delaunay_triangulation_2.h>
 #include <CGAL/Exact_predicates_inexact_constructions_kernel.h>

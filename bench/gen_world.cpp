@@ -2,6 +2,12 @@
 // seeding a twister and drawing 256 numbers, triangulating the same points, clearing the tiles.
 //
 // Standard error goes to a buffer that drops everything, as in gen_triangulate.cpp.
+#include "gen/Clusters.h"
+#include "gen/GEN_DungeonGenerator.h"
+#include "gen/Triangulate.h"
+
+#include <benchmark/benchmark.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -10,12 +16,6 @@
 #include <random>
 #include <streambuf>
 #include <vector>
-
-#include <benchmark/benchmark.h>
-
-#include "gen/Clusters.h"
-#include "gen/GEN_DungeonGenerator.h"
-#include "gen/Triangulate.h"
 
 namespace {
 

@@ -1,17 +1,17 @@
 // Acquire and release of a record that is in use already, beside locking and unlocking the store's
 // kind of mutex twice. That is the least that the two calls can do, one lock each; what the rows
 // take beyond it is finding the id and counting. No other thread asks for the lock.
-#include <cstddef>
-#include <cstdint>
-#include <iostream>
-#include <sstream>
-
-#include <benchmark/benchmark.h>
-
 #include "common/Mutex.h"
 #include "gen/GEN_DungeonGenerator.h"
 #include "gen/GridKey.h"
 #include "world/ASM_AssetManager.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <iostream>
+#include <sstream>
 
 namespace {
 

@@ -9,6 +9,8 @@
 #include "world/WorldManager.h"
 
 #include <SDL_timer.h>
+#include <malloc.h>
+#include <time.h>
 
 #include <algorithm>
 #include <array>
@@ -19,8 +21,6 @@
 #include <string>
 #include <vector>
 
-#include <malloc.h>
-#include <time.h>
 #include <unistd.h>
 
 namespace {

@@ -1,12 +1,12 @@
 #include "WorldDigest.h"
 
+#include "gen/Clusters.h"
+#include "gen/GEN_DungeonGenerator.h"
+
 #include <array>
 #include <bit>
 #include <cstring>
 #include <memory>
-
-#include "gen/Clusters.h"
-#include "gen/GEN_DungeonGenerator.h"
 
 namespace {
 

@@ -5,12 +5,12 @@
 // call. The generators write their lines on standard error all the while.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-
 #include "gen/Clusters.h"
 #include "gen/DungeonRecord.h"
 #include "gfx/Vec2.h"
+
+#include <cstddef>
+#include <cstdint>
 
 /// Takes in numbers one after the other; their order matters.
 class Digest {

@@ -1,15 +1,15 @@
 // Draws the generated world to PNG files; see vesk_atlas --help and the manual page.
+#include "atlas/Arguments.h"
+#include "atlas/DataFile.h"
+#include "atlas/PngFile.h"
+#include "atlas/Scenes.h"
+
 #include <chrono>
 #include <cstdio>
 #include <iostream>
 #include <optional>
 #include <streambuf>
 #include <string>
-
-#include "atlas/Arguments.h"
-#include "atlas/DataFile.h"
-#include "atlas/PngFile.h"
-#include "atlas/Scenes.h"
 
 namespace {
 

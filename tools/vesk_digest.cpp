@@ -9,6 +9,10 @@
 // A range gets a line with the number of records and one digest; with --each as the last word, a
 // line for each record before it. Coordinates are those of clusters or cells, from -2^31 to
 // 2^31 - 1. What the generator says on standard error is dropped.
+#include "WorldDigest.h"
+#include "gen/Random.h"
+#include "gfx/Vec2.h"
+
 #include <charconv>
 #include <cinttypes>
 #include <cstddef>
@@ -21,10 +25,6 @@
 #include <span>
 #include <string_view>
 #include <vector>
-
-#include "WorldDigest.h"
-#include "gen/Random.h"
-#include "gfx/Vec2.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // The whole program, headless, for benchmarks: dummy video driver, software renderer, 1280 x 720.
 #pragma once
 
-#include <cstdint>
-
 #include "gfx/Vec2.h"
 #include "world/WorldManager.h"
+
+#include <cstdint>
 
 class BenchGame {
 public:

@@ -1,10 +1,10 @@
 #include "gen/Clusters.h"
 
-#include <cstddef>
-#include <utility>
-
 #include "gen/Random.h"
 #include "gen/Triangulate.h"
+
+#include <cstddef>
+#include <utility>
 
 namespace {
 

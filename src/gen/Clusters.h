@@ -4,11 +4,11 @@
 // any thread may call for records and maps that no other thread can reach.
 #pragma once
 
+#include "gen/GridKey.h"
+
 #include <cstdint>
 #include <map>
 #include <vector>
-
-#include "gen/GridKey.h"
 
 struct ClusterRecord {
     std::map<std::int32_t, std::int32_t> cells; ///< cell id -> 1 land, 0 sea; 256 once generated

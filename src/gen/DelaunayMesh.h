@@ -6,15 +6,15 @@
 // without a table. Where several points share an id, the last of them stands for all.
 #pragma once
 
+#include "gen/Triangulate.h"
+#include "gfx/Vec2.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
 #include <vector>
-
-#include "gen/Triangulate.h"
-#include "gfx/Vec2.h"
 
 /// Indices are 32-bit integers, -1 for none; vectors count with std::size_t.
 constexpr std::size_t At(std::int32_t index) {

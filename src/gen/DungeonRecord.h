@@ -4,14 +4,14 @@
 // store owns every record; the generator rewrites one completely.
 #pragma once
 
+#include "gen/GridKey.h"
+#include "gfx/Vec2.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <vector>
-
-#include "gen/GridKey.h"
-#include "gfx/Vec2.h"
 
 struct DungeonRoom {
     std::int32_t x = 0; ///< left edge

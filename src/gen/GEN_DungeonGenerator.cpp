@@ -1,13 +1,13 @@
 #include "gen/GEN_DungeonGenerator.h"
 
+#include "gen/Triangulate.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
 #include <utility>
 #include <vector>
-
-#include "gen/Triangulate.h"
 
 namespace {
 

@@ -6,14 +6,14 @@
 // cell, x to the right, y up.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <functional>
-
 #include "app/CMN_Singleton.h"
 #include "gen/DungeonRecord.h"
 #include "gen/GridKey.h"
 #include "gen/Random.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
 
 class GEN_DungeonGenerator : public CMN_Singleton<GEN_DungeonGenerator> {
 public:

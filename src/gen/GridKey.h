@@ -5,10 +5,10 @@
 // either side of an axis share coordinate 0. Free of SDL; any thread may call.
 #pragma once
 
-#include <cstdint>
-
 #include "common/Arithmetic.h"
 #include "gfx/Vec2.h"
+
+#include <cstdint>
 
 inline constexpr std::int32_t kTileSize = 24;                     // world units
 inline constexpr std::int32_t kCellTiles = 512;                   // tiles along a cell's side

@@ -5,11 +5,11 @@
 // is shared, so any thread may draw from an engine of its own.
 #pragma once
 
+#include "common/Arithmetic.h"
+
 #include <cstdint>
 #include <limits>
 #include <random>
-
-#include "common/Arithmetic.h"
 
 /// std::mt19937 in all but the type of its state: the same seeding and the same outputs, held in
 /// 32-bit words, where some standard libraries take 64 bits for each. That halves its size and lets

@@ -1,5 +1,7 @@
 #include "gen/Triangulate.h"
 
+#include "gen/DelaunayMesh.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -10,8 +12,6 @@
 #include <limits>
 #include <string>
 #include <unordered_map>
-
-#include "gen/DelaunayMesh.h"
 
 #ifdef __FAST_MATH__
 #error "The generated world depends on exact float arithmetic."

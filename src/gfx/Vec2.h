@@ -4,9 +4,9 @@
 // so that the generator can use it. Any thread may call.
 #pragma once
 
-#include <cstdint>
-
 #include "common/Arithmetic.h"
+
+#include <cstdint>
 
 struct Vec2i {
     std::int32_t x = 0;

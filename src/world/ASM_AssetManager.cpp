@@ -2,30 +2,22 @@
 
 #include "gen/Clusters.h"
 #include "gen/GEN_DungeonGenerator.h"
-#include "gfx/GFX_GraphicsManager.h"
+#include "gfx/DebugText.h"
 
-#include <array>
-#include <cstdio>
 #include <utility>
 
 namespace {
 
-constexpr std::int32_t kListingLeft = 300;      // window pixels
-constexpr std::int32_t kListingLineHeight = 15; // window pixels
-
-// Draws a line per record in use and returns the y of the line below them.
+// Draws a line per record in use and returns the number of the line below them.
 template <typename Record>
 std::int32_t DrawListing(const RecordTable<Record>& table, const char* format,
-                         Vec2i (*decode)(std::int32_t), std::int32_t y) {
+                         Vec2i (*decode)(std::int32_t), std::int32_t line) {
     for (const auto& [id, count] : table.GetRefs()) {
         const Vec2i coords = decode(id);
-        std::array<char, 64> text{};
-        std::snprintf(text.data(), text.size(), format, id, coords.x, coords.y,
-                      static_cast<int>(count));
-        GFX_GraphicsManager::GetInstance()->DrawTextAt(text.data(), kListingLeft, y);
-        y += kListingLineHeight;
+        DrawDebugLine(line, format, id, coords.x, coords.y, static_cast<int>(count));
+        ++line;
     }
-    return y;
+    return line;
 }
 
 } // namespace

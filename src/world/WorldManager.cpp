@@ -76,7 +76,7 @@ void WorldManager::InitPlayer() {
 void WorldManager::InitCamera() {
     const float startZoom = CMN_ConfigurationManager::GetInstance()->startZoom;
     camera = std::make_unique<CameraEntity>();
-    if (startZoom >= 0.01f && startZoom <= 10.0f) { // else it stays 0
+    if (startZoom >= CameraEntity::kMinZoom && startZoom <= CameraEntity::kMaxZoom) { // else 0
         camera->zoom = startZoom;
     }
     camera->target = player;

@@ -5,9 +5,10 @@
 #include "support/Game.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <filesystem>
+
+#include <sys/stat.h>
 
 namespace {
 

@@ -1,13 +1,13 @@
 // What the rules fix for the generator's small parts: random numbers, ids, and rooms of other
 // sizes.
-#include <limits>
-#include <memory>
-
-#include <gtest/gtest.h>
-
 #include "gen/GEN_DungeonGenerator.h"
 #include "gen/Random.h"
 #include "support/Holds.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <memory>
 
 namespace {
 

@@ -2,20 +2,20 @@
 // others, clean and spoiled.
 #include "gen/Triangulate.h"
 
+#include "WorldDigest.h"
+#include "common/Arithmetic.h"
+#include "gen/Random.h"
+#include "support/Files.h"
+#include "support/Holds.h"
+
+#include <gtest/gtest.h>
+
 #include <bit>
 #include <cmath>
 #include <limits>
 #include <string>
 #include <tuple>
 #include <utility>
-
-#include <gtest/gtest.h>
-
-#include "WorldDigest.h"
-#include "common/Arithmetic.h"
-#include "gen/Random.h"
-#include "support/Files.h"
-#include "support/Holds.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 // The generated world is the one that the golden file records, whatever was generated before.
 #include "WorldDigest.h"
 
-#include <ios>
-#include <sstream>
+#include "support/Files.h"
+#include "support/Holds.h"
 
 #include <gtest/gtest.h>
 
-#include "support/Files.h"
-#include "support/Holds.h"
+#include <ios>
+#include <sstream>
 
 TEST(WorldGoldenTest, MakesTheRecordedWorld) {
     const ErrorLines quiet;

@@ -2,10 +2,10 @@
 // come to the same.
 #pragma once
 
+#include "scenes/ScenePlayer.h"
+
 #include <cstdint>
 #include <string>
-
-#include "scenes/ScenePlayer.h"
 
 /// Plays a scene twice, first with loads that end within the tick that asks for them, then with so
 /// many workers that are held back at moments of chance, before their loads and midway. After every

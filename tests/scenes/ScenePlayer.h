@@ -15,12 +15,12 @@
 // A tick is followed by the end of the loads that it asked for, and by a frame.
 #pragma once
 
+#include "support/Game.h"
+
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
-
-#include "support/Game.h"
 
 struct Scene {
     std::string name; ///< the file's, without folder and ending

@@ -6,10 +6,10 @@
 // are digests over every tick of the word.
 #pragma once
 
+#include "scenes/ScenePlayer.h"
+
 #include <string>
 #include <vector>
-
-#include "scenes/ScenePlayer.h"
 
 struct SceneRecord {
     std::string golden;              ///< the golden file's text

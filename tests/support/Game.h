@@ -3,17 +3,17 @@
 // drawing log (DrawLog.h).
 #pragma once
 
-#include <cstdint>
-#include <sstream>
-#include <string>
-#include <vector>
+#include "gfx/Vec2.h"
+#include "support/Holds.h"
+#include "world/WorldManager.h"
 
 #include <SDL_events.h>
 #include <SDL_keycode.h>
 
-#include "gfx/Vec2.h"
-#include "support/Holds.h"
-#include "world/WorldManager.h"
+#include <cstdint>
+#include <sstream>
+#include <string>
+#include <vector>
 
 struct GameSettings {
     int width = 640; ///< window pixels

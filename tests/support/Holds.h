@@ -2,6 +2,8 @@
 // in the middle of a dungeon's generation.
 #pragma once
 
+#include "common/CMN_TaskManager.h"
+
 #include <condition_variable>
 #include <cstdint>
 #include <iostream>
@@ -11,8 +13,6 @@
 #include <string>
 #include <thread>
 #include <utility>
-
-#include "common/CMN_TaskManager.h"
 
 /// One thread raises it, others wait.
 class Signal {

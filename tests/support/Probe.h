@@ -1,10 +1,10 @@
 // An entity that tells what the world does with it.
 #pragma once
 
+#include "world/WorldManager.h"
+
 #include <functional>
 #include <memory>
-
-#include "world/WorldManager.h"
 
 class Probe : public IEntity {
 public:

@@ -4,16 +4,16 @@
 // layer, is left out, and so is what is drawn anyway: menu, radar, flags. Main thread.
 #pragma once
 
+#include "entities/CompassEntity.h"
+#include "gen/GridKey.h"
+#include "input/CMN_InputManager.h"
+
 #include <bit>
 #include <cstdint>
 #include <ranges>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "entities/CompassEntity.h"
-#include "gen/GridKey.h"
-#include "input/CMN_InputManager.h"
 
 // FNV-1a, 64 bits, a value at a time.
 class Hasher {

@@ -2,6 +2,7 @@
 #include "world/RecordTable.h"
 
 #include "support/Guarded.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>

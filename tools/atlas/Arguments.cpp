@@ -1,5 +1,7 @@
 #include "atlas/Arguments.h"
 
+#include "atlas/Records.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -11,8 +13,6 @@
 #include <vector>
 
 #include <getopt.h>
-
-#include "atlas/Records.h"
 
 const char* const kUsage =
     R"(usage: vesk_atlas cell X Y [--overlay LIST] -o FILE

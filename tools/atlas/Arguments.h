@@ -1,11 +1,11 @@
 // The command line of vesk_atlas.
 #pragma once
 
+#include "gfx/Vec2.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
-
-#include "gfx/Vec2.h"
 
 enum class Command { Help, Cell, Clusters, Tour };
 

@@ -1,12 +1,12 @@
 // Cells tile by tile: one of them, or nine.
+#include "atlas/Parallel.h"
+#include "atlas/Records.h"
+#include "atlas/Scenes.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
-
-#include "atlas/Parallel.h"
-#include "atlas/Records.h"
-#include "atlas/Scenes.h"
 
 namespace {
 

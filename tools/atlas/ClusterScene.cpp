@@ -1,14 +1,14 @@
 // A block of clusters, cell by cell.
+#include "atlas/Parallel.h"
+#include "atlas/Records.h"
+#include "atlas/Scenes.h"
+#include "gen/Clusters.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <string>
 #include <vector>
-
-#include "atlas/Parallel.h"
-#include "atlas/Records.h"
-#include "atlas/Scenes.h"
-#include "gen/Clusters.h"
 
 namespace {
 

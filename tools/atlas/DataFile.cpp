@@ -1,8 +1,8 @@
 #include "atlas/DataFile.h"
 
-#include <cstddef>
-
 #include <nlohmann/json.hpp>
+
+#include <cstddef>
 
 using Json = nlohmann::ordered_json;
 

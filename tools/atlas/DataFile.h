@@ -1,10 +1,10 @@
 // Writes records as JSON, under the names of their fields.
 #pragma once
 
+#include "atlas/Records.h"
+
 #include <fstream>
 #include <string>
-
-#include "atlas/Records.h"
 
 /// One JSON object with one list, one record per line as they are added, so that no more than one
 /// is held in memory. Everything in it stands in the records' own order.

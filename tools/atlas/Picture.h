@@ -6,12 +6,12 @@
 // of times. Several threads may draw at once as long as they touch different pixels.
 #pragma once
 
+#include "gfx/Vec2.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <vector>
-
-#include "gfx/Vec2.h"
 
 enum class Tone : std::uint8_t {
     Void, // beyond the world, and the shadows of names

@@ -1,11 +1,11 @@
 #include "atlas/PngFile.h"
 
+#include <png.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
-
-#include <png.h>
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include "atlas/Records.h"
 
-#include <algorithm>
-
 #include "gen/Clusters.h"
 #include "gen/GEN_DungeonGenerator.h"
+
+#include <algorithm>
 
 Block::Block(Vec2i cluster) {
     std::array<const ClusterRecord*, 9> pointers{};

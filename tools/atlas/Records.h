@@ -1,16 +1,16 @@
 // What the pictures and the data files show: the generator's records, taken as the game takes them.
 #pragma once
 
+#include "gen/Clusters.h"
+#include "gen/DungeonRecord.h"
+#include "gen/GridKey.h"
+#include "gfx/Vec2.h"
+
 #include <array>
 #include <cstdint>
 #include <limits>
 #include <memory>
 #include <vector>
-
-#include "gen/Clusters.h"
-#include "gen/DungeonRecord.h"
-#include "gen/GridKey.h"
-#include "gfx/Vec2.h"
 
 /// A player comes to no cell or cluster with a higher coordinate, nor to one with a negative one.
 inline constexpr std::int32_t kLastCell = std::numeric_limits<std::int32_t>::max() / kCellSize;
