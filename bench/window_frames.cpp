@@ -1,6 +1,6 @@
 // Frame times and tick periods of the game as shipped, in a real window and in real time.
 //
-//   window_frames SECONDS    sails to the right and back; SDL chooses driver and renderer
+//   window_frames [SECONDS]    sails to the right and back, 60 s if not told; SDL chooses driver and renderer
 //
 // Prints driver and renderer, then percentiles in ms. Exit code 1 when no window opens.
 #include "app/Application.h"
@@ -68,6 +68,11 @@ void Measure(std::uint32_t end) {
 } // namespace
 
 int main(int argc, char** argv) {
+    const int seconds = argc > 1 ? std::atoi(argv[1]) : 60;
+    if (seconds < 1) {
+        std::fputs("usage: window_frames [SECONDS]\n", stderr);
+        return 2;
+    }
     std::cerr.rdbuf(nullptr); // the generator's progress lines are not what is measured
     if (!StartUp()) {
         return 1;
@@ -75,7 +80,7 @@ int main(int argc, char** argv) {
     SDL_RendererInfo info{};
     SDL_GetRendererInfo(SDL_GetRenderer(SDL_GetWindowFromID(1)), &info);
     std::printf("%s, %s renderer\n", SDL_GetCurrentVideoDriver(), info.name);
-    Measure(SDL_GetTicks() + 1000 * static_cast<std::uint32_t>(argc > 1 ? std::atoi(argv[1]) : 60));
+    Measure(SDL_GetTicks() + 1000 * static_cast<std::uint32_t>(seconds));
     ShutDown();
     return 0;
 }
