@@ -1,6 +1,6 @@
 // Frame times and tick periods of the game as shipped, in a real window and in real time.
 //
-//   window_frames [SECONDS]    sails to the right and back, 60 s if not told; SDL chooses driver and renderer
+//   window_frames [SECONDS]    sails right and back (60 s); SDL chooses driver and renderer
 //
 // Prints driver and renderer, then percentiles in ms. Exit code 1 when no window opens.
 #include "app/Application.h"
