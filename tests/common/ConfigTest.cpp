@@ -31,6 +31,7 @@ TEST(ConfigTest, ReadsEveryKeyInAnyCaseAndTakesDefaultsForTheRest) {
     for (const std::string& variant : {text, "\xEF\xBB\xBF" + text}) {
         EXPECT_EQ(Settings(TemporaryFile(variant).path), "0 1280 720 -12 36 1.5") << variant;
     }
+    EXPECT_EQ(CMN_ConfigurationManager().resourceMode, 2) << "not read yet";
     const std::string nothing = "1 0 0 0 0 0";
     EXPECT_EQ(Settings(TemporaryFile("[resources]\nmode = x\n[world]\nwidth = 5\n").path), nothing);
     EXPECT_EQ(Settings(TemporaryFile(std::string("\0\1[[[=\n=\n]\0[g\nw", 15)).path), nothing);

@@ -48,6 +48,12 @@ TEST(PlayerTest, StopsWhereItIsPlacedUnderWay) {
     EXPECT_EQ(player.position, (Vec2i{108, -12}));
     EXPECT_EQ(player.exactPosition, (Vec2f{108.0f, -12.0f}));
     EXPECT_EQ(player.direction, 0);
+    player.moveVector = {1.0f, 0.0f};
+    player.targetTile = {124, -12}; // one tick away exactly, which does not end the move yet
+    player.speed = 1000.0f;
+    player.idle = false;
+    game.Tick();
+    EXPECT_TRUE(player.position == player.targetTile && !player.idle);
 }
 
 TEST_F(MapTest, ChangesItsViewAndSpeedAtZoomFourAndZoomsWithinFloats) {

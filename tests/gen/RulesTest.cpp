@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 #include <memory>
 
@@ -48,6 +49,18 @@ TEST(RulesTest, KeysWrapAndDecodeByTruncation) {
     static_assert(!(GridKey{1, 2, 7} < GridKey{8, 9, 7}), "the id alone counts");
     static_assert(DecodeCellId(CellKey({1, -1}).id) == Vec2i{-1048559, 0});
     static_assert(DecodeClusterId(ClusterKey({-1, 1}).id) == Vec2i{65534, 0});
+}
+
+TEST(RulesTest, PaintingIsCutToTheCell) {
+    const auto record = std::make_unique<DungeonRecord>();
+    record->hallways.resize(2);
+    record->hallways[0].minCorner = {510, -3};
+    record->hallways[0].maxCorner = {600, 1};
+    record->hallways[1].minCorner = {-5, 511};
+    record->hallways[1].maxCorner = {1, 700};
+    GEN_DungeonGenerator::PaintTiles(*record);
+    EXPECT_EQ(std::count(record->tiles.begin(), record->tiles.end(), kTileHallway), 3);
+    EXPECT_EQ(record->tiles[511] + record->tiles[511 * 512], 2 * kTileHallway);
 }
 
 TEST(RulesTest, OtherRoomSizesAreBorne) {
