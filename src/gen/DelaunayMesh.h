@@ -41,7 +41,6 @@ using HalfEdge = std::int32_t;
 
 inline constexpr HalfEdge kSettled = 4; ///< no flip is due while the edge's two triangles stay
 inline constexpr std::size_t kSeedPoints = 3;
-inline constexpr std::size_t kMaxPoints = std::size_t{1} << 27; ///< less than 2^28 triangles
 
 constexpr HalfEdge MakeHalfEdge(std::int32_t triangle, std::size_t side) {
     return 8 * triangle + static_cast<HalfEdge>(side);

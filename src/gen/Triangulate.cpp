@@ -228,14 +228,13 @@ void WriteTriangles(const Points& points, const DelaunayMesh& mesh, const Circle
 } // namespace
 
 std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
-                         std::vector<DelaunayTriangle>& triangles) {
-    const auto usable =
-        static_cast<std::size_t>(std::count_if(points.begin(), points.end(), IsUsable));
+                         std::vector<DelaunayTriangle>& triangles, std::size_t maxPoints) {
+    const auto usable = static_cast<std::size_t>(std::ranges::count_if(points, IsUsable));
     if (usable < kSeedPoints) {
         std::cerr << "less than 3 points, aborting \n";
         return -1;
     }
-    if (usable > kMaxPoints) {
+    if (usable > maxPoints) {
         return -1;
     }
     triangles.clear();

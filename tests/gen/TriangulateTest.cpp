@@ -118,6 +118,11 @@ TEST(TriangulateTest, FollowsItsRulesOnSmallSets) {
         Points points = PointsAt(c.places);
         EXPECT_EQ(Outcome(points, triangles), c.outcome);
     }
+    ErrorLines quiet;
+    Points tooMany = PointsAt({{0, 0}, {1, 0}, {0, 1}, {1, 1}});
+    EXPECT_EQ(Triangulate(tooMany, triangles, 3), -1);
+    EXPECT_TRUE(triangles.size() == 2 && quiet.Take().empty())
+        << "left as they are, without a word";
     EXPECT_FLOAT_EQ(triangles[0].centreX, 0.5f);
     EXPECT_FLOAT_EQ(triangles[0].centreY, 0.5f);
     EXPECT_FLOAT_EQ(triangles[0].radiusSq, 0.5f);
