@@ -4,6 +4,8 @@
 #include "gfx/GFX_GraphicsManager.h"
 #include "world/WorldManager.h"
 
+#include <cstddef>
+
 std::array<Sprite*, 4> CutShipSprites() {
     GFX_GraphicsManager& graphics = *GFX_GraphicsManager::GetInstance();
     Sprite* down = graphics.CreateSprite("ships.png", 0, 0, 32, 32);

@@ -35,10 +35,10 @@ void HudEntity::Update() {
     const Vec2f inCells{static_cast<float>(player.x) / cellSize,
                         static_cast<float>(player.y) / cellSize};
     const Vec2f shifted = inCells - Vec2f{0.5f, 0.5f}; // a whole number at a cell's centre
-    const Vec2i cell = player / kCellSize;
+    const Vec2i coords = player / kCellSize;
     icons.clear();
-    for (std::int32_t x = cell.x - kReach; x <= cell.x + kReach; ++x) {
-        for (std::int32_t y = cell.y - kReach; y <= cell.y + kReach; ++y) {
+    for (std::int32_t x = coords.x - kReach; x <= coords.x + kReach; ++x) {
+        for (std::int32_t y = coords.y - kReach; y <= coords.y + kReach; ++y) {
             if (IsLand({x, y})) {
                 icons.push_back(IconFor({x, y}, shifted));
             }

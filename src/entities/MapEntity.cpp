@@ -24,8 +24,8 @@ GFX_GraphicsManager& Graphics() {
     return *GFX_GraphicsManager::GetInstance();
 }
 
-/// A world coordinate along one axis, `offset` world units from a cell's origin. Cells decoded from
-/// wrapped ids and cells on the edge of the world reach beyond 32 bits.
+// A world coordinate along one axis, `offset` world units from a cell's origin. Cells decoded from
+// wrapped ids and cells on the edge of the world reach beyond 32 bits.
 float WorldCoordinate(std::int32_t cellCoordinate, std::int32_t offset) {
     return static_cast<float>(std::int64_t{cellCoordinate} * kCellSize + offset);
 }
@@ -34,7 +34,7 @@ Vec2f WorldPoint(Vec2i coords, Vec2i offset) {
     return {WorldCoordinate(coords.x, offset.x), WorldCoordinate(coords.y, offset.y)};
 }
 
-/// The rectangle of this size with its lower left corner at a window point.
+// The rectangle of this size with its lower left corner at a window point.
 Rect RectAt(Vec2i corner, Vec2i size) {
     return {SaturatingAdd(corner.x, size.x),
             corner.x,
@@ -44,7 +44,7 @@ Rect RectAt(Vec2i corner, Vec2i size) {
             size.y};
 }
 
-/// A square of twice `reach` pixels around a window point.
+// A square of twice `reach` pixels around a window point.
 Rect SquareAround(Vec2i point, std::int32_t reach) {
     const Vec2i corner{SaturatingSub(point.x, reach), SaturatingSub(point.y, reach)};
     return RectAt(corner, {2 * reach, 2 * reach});

@@ -19,7 +19,7 @@
 
 class MapEntity : public IEntity {
 public:
-    /// Takes frame and centre from the window's size; the graphics manager must be there.
+    /// Takes frame and centre from the window's size; the graphics manager must be initialised.
     MapEntity();
 
     void Update() override;
@@ -31,19 +31,19 @@ public:
     /// The world point under the map's centre, in world units, at whole map units.
     Vec2i GetCenterWorldPosition() const;
 
-    float sizeFraction = 0.8f; ///< the panel's share of the window, per axis
-    Rect frame;                ///< the panel
-    Vec2i center;              ///< the window point that shows `pan`
-    bool showCompasses = false;
-    float zoom = 1.0f; ///< window pixels per map unit
+    float sizeFraction = 0.8f;  ///< the panel's share of the window, per axis
+    Rect frame;                 ///< the panel
+    Vec2i center;               ///< the window point that shows `pan`
+    bool showCompasses = false; ///< show the compass points of dungeons, too
+    float zoom = 1.0f;          ///< window pixels per map unit
     float maxZoom = 5.0f;
     float detailZoom = 4.0f;    ///< from here up dungeons are shown, and panning is slow
     Vec2f pan;                  ///< map units
     float fastPanSpeed = 10.0f; ///< map units per tick
     float slowPanSpeed = 2.0f;  ///< map units per tick
     float cellPixels = 50.0f;   ///< map units per cell
-    float worldToMap = cellPixels / static_cast<float>(kCellSize);
-    float mapToWorld = static_cast<float>(kCellSize) / cellPixels;
+    float worldToMap = cellPixels / static_cast<float>(kCellSize); ///< map units per world unit
+    float mapToWorld = static_cast<float>(kCellSize) / cellPixels; ///< world units per map unit
 
 private:
     /// A filled rectangle of the detailed view.

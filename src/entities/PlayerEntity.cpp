@@ -155,13 +155,13 @@ void PlayerEntity::Render() {
 }
 
 void PlayerEntity::RenderInfo() const {
-    const GridKey cell = CellKeyAt(position);
-    const GridKey cluster = ClusterKeyOfCell(cell.Coords());
+    const GridKey key = CellKeyAt(position);
+    const GridKey cluster = ClusterKeyOfCell(key.Coords());
     DrawDebugLine(0, "World Position %d %d", position.x, position.y);
-    DrawDebugLine(1, "Cell Id %d (%d %d)", cell.id, cell.x, cell.y);
+    DrawDebugLine(1, "Cell Id %d (%d %d)", key.id, key.x, key.y);
     DrawDebugLine(2, "Cluster Id %d (%d %d)", cluster.id, cluster.x, cluster.y);
     const TerrainCellEntity* entity =
-        WorldManager::GetInstance()->cellGrid.FindLoaded(cell.Coords());
+        WorldManager::GetInstance()->cellGrid.FindLoaded(key.Coords());
     if (entity != nullptr) {
         const std::vector<GridKey> neighbors = entity->GetNeighbors();
         DrawDebugLine(3, "Neighbors %zd", static_cast<std::ptrdiff_t>(neighbors.size()));

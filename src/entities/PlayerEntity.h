@@ -18,7 +18,7 @@ public:
     static constexpr std::int32_t kSailing = 0;
     static constexpr std::int32_t kOnFoot = 1;
 
-    /// Cuts the sprites, which the graphics manager owns, and takes the first position.
+    /// Cuts the sprites, which the graphics manager owns, and puts the ship on tile (0, 0).
     void Init();
 
     /// Puts the player on the centre of the tile that holds a world position, and ends a move that

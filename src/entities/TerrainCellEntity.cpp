@@ -163,7 +163,7 @@ void TerrainCellEntity::RenderTiles(const View& shown) const {
     const Vec2i origin = shown.corners[0];
     const Extent horizontal(origin.x, camera.position.x, graphics.screenCenter.x);
     const Extent vertical(origin.y, camera.position.y, graphics.screenCenter.y);
-    if (horizontal.high < 0) {
+    if (horizontal.high < 0) { // vertically, the lowest row reaches one tile farther
         return;
     }
     const TileRange columns = horizontal.Tiles();

@@ -21,7 +21,7 @@ class TerrainCellEntity : public IEntity {
 public:
     /// What the entity shows, taken in one moment.
     struct View {
-        GridKey key;
+        GridKey key;                            ///< unset before the first Setup
         std::uint32_t occupied = 0;             ///< 1 when the cell holds land
         std::array<Vec2i, 4> corners{};         ///< world units: origin, up, up-right, right
         const DungeonRecord* dungeon = nullptr; ///< null for a cell without land; not owned
@@ -46,7 +46,8 @@ public:
     /// A copy of the cell's neighbour list. Any thread.
     std::vector<GridKey> GetNeighbors() const VESK_EXCLUDES(recordLock);
 
-    /// The tile under a world position, 0 outside the cell or without a dungeon. Any thread.
+    /// The tile under a world position, 0 outside the cell or without a dungeon. As division
+    /// truncates, the first tiles also reach up to 23 units out of the cell. Any thread.
     std::uint8_t TileAt(Vec2i world) const VESK_EXCLUDES(recordLock);
 
     /// Calls `read(key, record)` under the record lock when the cell holds land, active or not. For

@@ -47,7 +47,7 @@ void ToggleLoadedAssets() {
     World().showLoadedAssets = !World().showLoadedAssets;
 }
 
-/// Puts buttons into a window from the top down, each linked to the one above it.
+// Puts buttons into a window from the top down, each linked to the one above it.
 class MenuBuilder {
 public:
     using FlagAccess = std::function<bool&()>;
@@ -58,7 +58,7 @@ public:
         AddRow(text).button->onClick.AddCallback([action](UIF_Button*) { action(); });
     }
 
-    /// A button that inverts a flag and then tells the flag's value.
+    // A button that inverts a flag and then tells the flag's value.
     void AddSwitch(const char* textWhenClear, const char* textWhenSet, const FlagAccess& flag) {
         const Row row = AddRow(textWhenClear);
         row.button->onClick.AddCallback([=, label = row.label](UIF_Button*) {

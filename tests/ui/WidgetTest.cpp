@@ -52,8 +52,8 @@ protected:
 
 } // namespace
 
-TEST_F(WidgetTest, TheSelectionMovesOneStepAndClicksComeFirst) {
-    EXPECT_EQ(After({SDLK_RETURN}), "") << "nothing is selected";
+TEST_F(WidgetTest, HoveringMovesOneStepAndClicksComeFirst) {
+    EXPECT_EQ(After({SDLK_RETURN}), "") << "nothing is hovered";
     EXPECT_TRUE(IsPressed(InputAction::Confirm));
     lower->Hover();
     events.clear();
