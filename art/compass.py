@@ -1,4 +1,4 @@
-"""The marker on the ways to other islands: a signpost. Drawn as 32 x 32 pixels, each enlarged to
+"""The marker: a signpost, one for each neighbouring island. Drawn as 32 x 32 pixels, each enlarged to
 4 x 4, so that nearest-pixel scaling to 32 window pixels loses nothing."""
 
 from builder.picture import blank, enlarged, outlined, put

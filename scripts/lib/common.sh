@@ -19,6 +19,13 @@ fail() {
     exit 1
 }
 
+# For a script that takes no arguments: ends it when there are any.
+refuse_arguments() {
+    if [[ $# != 0 ]]; then
+        fail "unknown argument $1 (there are none)"
+    fi
+}
+
 # Whether a line of scripts/lib/packages is met: package, probe.
 is_there() {
     if command -v dpkg-query >/dev/null; then

@@ -61,7 +61,8 @@ def test_printed_examples_run(tmp_path, monkeypatch):
     ("clusters 0 0 1 1 --graph 3 -o p.png", 2, '"3"'), ("clusters 0 0 999 9 -o p.png", 2, "16384"),
     ("cell 1 2 -o missing/p.png", 1, "missing/p.png"),
     ("cell 1 2 -o p.png --json missing/p.json", 1, "missing/p.json"),
-    ("cell -12 2 -o p.png", 2, "begin at 0"), ("cell 1 2 -xo p.png", 2, "-x is no option"),
+    ("cell -12 2 -o p.png", 2, "begin at 0"), ("cell 1 2 -o p --json p", 2, "a file each"),
+    ("cell 1 2 -xo p.png", 2, "-x is no option"),
 ])
 def test_refusals_take_one_line(command, code, reason, tmp_path, monkeypatch):
     monkeypatch.chdir(tmp_path)

@@ -227,6 +227,9 @@ private:
         if (arguments.output.empty()) {
             return "where the picture goes is missing: -o FILE";
         }
+        if (arguments.json == arguments.output) {
+            return "picture and data need a file each";
+        }
         if (arguments.scale == 0) {
             arguments.scale = clusters ? 4 : 1;
         }
