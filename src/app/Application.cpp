@@ -18,11 +18,17 @@ namespace {
 
 constexpr std::uint32_t kTickInterval = 16; // ms
 
-// Whether a driver's windows can be seen. Wayland's library prints lines of its own where it finds
-// neither its folder nor a display.
+bool HoldsWholePath(const char* variable) {
+    const char* value = SDL_getenv(variable);
+    return value != nullptr && *value == '/';
+}
+
+// Whether a driver's windows can be seen. Wayland's library prints lines of its own unless its
+// folder, its display's path or an open connection to it is named.
 bool IsVisible(const std::string& driver) {
     if (driver == "wayland") {
-        return SDL_getenv("XDG_RUNTIME_DIR") != nullptr || SDL_getenv("WAYLAND_DISPLAY") != nullptr;
+        return HoldsWholePath("XDG_RUNTIME_DIR") || HoldsWholePath("WAYLAND_DISPLAY") ||
+               SDL_getenv("WAYLAND_SOCKET") != nullptr;
     }
     return driver != "offscreen" && driver != "dummy" && driver != "evdev";
 }

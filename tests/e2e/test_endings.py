@@ -33,7 +33,8 @@ def test_signals_end_well_and_closed_streams_are_not_taken_by_others(folder, num
 
 
 @pytest.mark.parametrize("operation, surroundings", [
-    ("SDL_CreateWindow", NO_DISPLAY), ("SDL_CreateWindow", [*NO_DISPLAY, "DISPLAY=:9999"]),
+    ("SDL_CreateWindow", NO_DISPLAY),
+    ("SDL_CreateWindow", [*NO_DISPLAY, "DISPLAY=:9999", "WAYLAND_DISPLAY=gone"]),
     ("SDL_CreateRenderer", DUMMY)])
 def test_a_failing_start_names_its_cause_and_waits_for_a_character(operation, surroundings):
     with subprocess.Popen(["timeout", str(DEADLINE), *surroundings, PROGRAM], text=True,
