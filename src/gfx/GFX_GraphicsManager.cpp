@@ -9,7 +9,9 @@
 
 #include <cassert>
 #include <cstddef>
+#include <filesystem>
 #include <iostream>
+#include <system_error>
 #include <utility>
 
 std::string DataPath(std::string base, std::int32_t mode, char separator) {
@@ -28,6 +30,18 @@ std::string DataPath(std::string base, std::int32_t mode, char separator) {
     }
     return base + separator + "data" + separator;
 }
+
+namespace {
+
+// The path of a file of the data directory. A pipe would block until somebody writes to it: named
+// like a directory, it fails to open at once, with an error that tells its name.
+std::string DataFile(const std::string& name) {
+    std::string path = GFX_GraphicsManager::GetDataPath() + name;
+    std::error_code ignored;
+    return std::filesystem::is_fifo(path, ignored) ? path + kPathSeparator : path;
+}
+
+} // namespace
 
 GFX_GraphicsManager::GFX_GraphicsManager() : mainThread(std::this_thread::get_id()) {}
 
@@ -57,7 +71,7 @@ bool GFX_GraphicsManager::Init() {
     if (!CreateWindowAndRenderer()) {
         return false;
     }
-    font = std::make_unique<Font>(TTF_OpenFont((GetDataPath() + "sample.ttf").c_str(), 20));
+    font = std::make_unique<Font>(TTF_OpenFont(DataFile("sample.ttf").c_str(), 20));
     if (font->handle == nullptr) {
         PrintError("TTF_OpenFont");
     }
@@ -117,7 +131,7 @@ TextureInfo* GFX_GraphicsManager::GetTexture(const std::string& fileName) {
 
 SDL_Texture* GFX_GraphicsManager::LoadTexture(const char* fileName) {
     assert(OnMainThread());
-    SDL_Texture* texture = IMG_LoadTexture(renderer, (GetDataPath() + fileName).c_str());
+    SDL_Texture* texture = IMG_LoadTexture(renderer, DataFile(fileName).c_str());
     if (texture == nullptr) {
         PrintError("CreateTextureFromSurface");
     }

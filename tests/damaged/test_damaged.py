@@ -34,7 +34,8 @@ COSTS = {"data/*.png": BLANK, "data/sample.ttf": DUMB,
 # What a shell does to a file or the folder, $0.
 UNREADABLE = {"missing": "rm -r $0", "empty": "rm -r $0; touch $0", "forbidden": "chmod 0 $0",
               "text": "rm -r $0; yes no such thing | head > $0",
-              "a folder": "rm -r $0; mkdir $0", "a dangling link": "rm -r $0; ln -s nowhere $0"}
+              "a folder": "rm -r $0; mkdir $0", "a pipe": "rm -r $0; mkfifo $0",
+              "a dangling link": "rm -r $0; ln -s nowhere $0"}
 HALVE = "truncate -s $(($(stat -c %s $0) / 2)) $0"
 # One byte in fifty changed, at places of chance.
 SCRATCH = """perl -0777 -pi -e 'srand 1; $all = $_;
