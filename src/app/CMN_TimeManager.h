@@ -1,4 +1,4 @@
-// The program's clock. Only the main loop writes it; it stands still while a tick runs.
+// The program's clock. Main thread. Only main writes it; it stands still while a tick runs.
 #pragma once
 
 #include "app/CMN_Singleton.h"

@@ -7,8 +7,8 @@
 
 namespace {
 
-// The largest float below 2^31. SDL computes with a rectangle's numbers and ends in 32-bit integers
-// and in floats.
+// The largest float below 2^31: SDL takes a rectangle's sides and its far corner through 32-bit
+// integers and floats.
 constexpr std::int64_t kMaxClipped = 2147483520;
 
 // Lines are left alone up to this distance from the window, in pixels. SDL's clipping multiplies a

@@ -44,7 +44,8 @@ struct Font {
 };
 
 /// Draws in a colour for the length of a scope and then restores the renderer's former colour, so
-/// that drawing never changes what the world is cleared with. Main thread.
+/// that drawing never changes what the world is cleared with. Main thread; does not take the render
+/// lock.
 class DrawColorScope {
 public:
     DrawColorScope(SDL_Renderer* target, const SDL_Color& color);

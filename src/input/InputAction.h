@@ -5,7 +5,7 @@
 #include <cstdint>
 
 enum class InputAction : std::uint8_t {
-    JoystickButton10,
+    JoystickButton10, ///< 1 once the button has been pressed, as for the next three
     JoystickButton11,
     JoystickButton12,
     JoystickButton13,
@@ -15,10 +15,10 @@ enum class InputAction : std::uint8_t {
     PanVertical,    ///< -1 down to +1 up
     ZoomIn,         ///< 0 to 1
     ZoomOut,        ///< 0 to 1
-    Map,
-    Quit, ///< 1 once the user has asked to quit
-    DebugMenu,
-    Up,
+    Map,            ///< 1 once the joystick's button has been pressed
+    Quit,           ///< 1 once the user has asked to quit
+    DebugMenu,      ///< 0 or 1
+    Up,             ///< this and the rest have edges only: the level stays 0
     Down,
     Left,
     Right,
