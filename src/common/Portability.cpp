@@ -13,6 +13,7 @@
 #include <csignal>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -29,6 +30,20 @@ void OpenStandardStreams() {
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) {
             open("/dev/null", O_RDWR);
+        }
+    }
+}
+
+// The workers print here, and one that waits for the reader of a full pipe would hold the end of
+// the program. The pipe is opened anew, where the system has a path to it, because others may share
+// the open file and with it the flag.
+void LeaveFullPipes() {
+    struct stat status {};
+    if (fstat(STDERR_FILENO, &status) == 0 && S_ISFIFO(status.st_mode)) {
+        const int reopened = open("/proc/self/fd/2", O_WRONLY | O_NONBLOCK);
+        if (reopened != -1) {
+            dup2(reopened, STDERR_FILENO);
+            close(reopened);
         }
     }
 }
@@ -50,6 +65,7 @@ void PassOnHangUp() {
 void PrepareProcess() {
 #if !defined(_WIN32)
     OpenStandardStreams();
+    LeaveFullPipes();
     std::signal(SIGPIPE, SIG_IGN);
     PassOnHangUp();
 #endif

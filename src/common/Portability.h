@@ -14,8 +14,9 @@ inline constexpr char kPathSeparator = '/';
 
 /// Makes the process fit to run; first of all, on the main thread. Standard streams that are
 /// closed are opened on the null device, so that no file or connection opened later takes their
-/// place and receives what is printed. Output that nobody reads any more is lost without ending the
-/// program, and a hang-up (the terminal closes) ends it as the termination signal does.
+/// place and receives what is printed. Output that nobody reads is lost: a closed pipe does not end
+/// the program, and a full one on standard error does not block it. A hang-up (the terminal closes)
+/// ends it as the termination signal does.
 void PrepareProcess();
 
 /// The executable's directory, ending in a separator; empty when SDL cannot tell. Main thread.

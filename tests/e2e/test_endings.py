@@ -1,5 +1,6 @@
 """The ways out of the program, and the starts that fail."""
 
+import fcntl
 import os
 import re
 import signal
@@ -44,6 +45,16 @@ def test_a_failing_start_names_its_cause_and_waits_for_a_character(operation, su
         assert process.poll() is None, "it waits"
         print(file=process.stdin, flush=True)
         assert process.stdout.read() == "" and process.wait() == 1
+
+
+def test_a_reader_that_has_stopped_does_not_hold_the_end(folder):
+    _reader, writer = os.pipe()
+    fcntl.fcntl(writer, fcntl.F_SETPIPE_SZ, 4096)
+    os.write(writer, bytes(4096 - 100))  # the main thread's lines fit, the worker's do not
+    with Game(folder, stderr=writer) as game:
+        game.settle()
+        game.hold("Escape")
+        assert game.end() == (0, "")
 
 
 def test_nobody_reads_the_output():
