@@ -17,7 +17,7 @@ protected:
         AddProbe(kMenuLayer).onUpdate = [this] { window.Update(); };
         upper->down = lower;
         lower->up = upper;
-        upper->right = right;
+        upper->right = lower->left = right;
         right->left = upper;
     }
 
@@ -55,14 +55,13 @@ protected:
 TEST_F(WidgetTest, HoveringMovesOneStepAndClicksComeFirst) {
     EXPECT_EQ(After({SDLK_RETURN}), "") << "nothing is hovered";
     EXPECT_TRUE(IsPressed(InputAction::Confirm));
-    lower->Hover();
-    events.clear();
+    lower->Select();
     upper->Select();
-    EXPECT_EQ(events, "-right -lower +upper ");
+    EXPECT_EQ(events, "-right -upper +lower -right -lower +upper ");
     EXPECT_EQ(After({SDLK_w}), "") << "no neighbour that way";
     EXPECT_FALSE(IsPressed(InputAction::Up)) << "but the edge is used up";
     EXPECT_EQ(After({SDLK_d}), "-upper +right ");
-    EXPECT_EQ(After({SDLK_a}), "-right +upper ");
+    EXPECT_EQ(After({SDLK_d, SDLK_a}), "-right +upper ") << "left comes before right";
     EXPECT_EQ(After({SDLK_s, SDLK_RETURN}), "click upper -upper +lower ");
     EXPECT_EQ(After({SDLK_s, SDLK_w}), "-lower +upper ") << "up comes first";
     EXPECT_TRUE(IsPressed(InputAction::Down)) << "nobody has taken it";
