@@ -43,7 +43,7 @@ struct PlacedRooms {
     Sides left, right, bottom, top;
     std::size_t count = 0;
 
-    /// Does the room overlap a placed one? Rooms whose sides coincide touch as well.
+    // Does the room overlap a placed one? Rooms whose sides coincide touch as well.
     bool Touch(const DungeonRoom& room) const {
         const std::int32_t roomRight = room.x + room.w;
         const std::int32_t roomBottom = room.y - room.h;
