@@ -24,7 +24,7 @@ static_assert(Saturate(std::int64_t{kLow} - 1) == kLow &&
               Saturate(std::int64_t{kHigh} + 1) == kHigh);
 static_assert(Truncate(0.99f) == 0 && Truncate(-1.99f) == -1 && Truncate(kNan) == 0);
 static_assert(Truncate(2147483520.0f) == 2147483520 && Truncate(2147483648.0f) == kHigh);
-static_assert(Truncate(kInfinite) == kHigh && Truncate(-kInfinite) == kLow);
+static_assert(Truncate(kInfinite) == kHigh && Truncate(-2147483649.0) == kLow);
 static_assert(Truncate(2147483646.9) == 2147483646 && Truncate(-2147483647.9) == -2147483647);
 
 static_assert(Vec2i{3, -3} * 0.5f == Vec2i{1, -1} && Vec2i{-25, 25} / 24 == Vec2i{-1, 1});

@@ -41,15 +41,18 @@ TEST(PlayerTest, StopsWhereItIsPlacedUnderWay) {
     PlayerEntity& player = *game.World().player;
     Set(InputAction::MoveVertical, 1.0f);
     game.Tick();
-    Set(InputAction::MoveVertical, -0.8f); // exactly the threshold moves nothing
-    Set(InputAction::MoveHorizontal, 0.8f);
-    player.PlaceAt({100, -30});
+    player.PlaceAt({100, -30}); // where no key moves it on
     game.Tick(3);
-    EXPECT_EQ(player.position, (Vec2i{108, -12}));
-    EXPECT_EQ(player.exactPosition, (Vec2f{108.0f, -12.0f}));
-    EXPECT_EQ(player.direction, 0);
+    EXPECT_TRUE(player.position == (Vec2i{108, -12}) && player.exactPosition == (Vec2f{108, -12}));
+    for (const float threshold : {0.8f, -0.8f}) { // moves nothing yet
+        Set(InputAction::MoveVertical, threshold);
+        Set(InputAction::MoveHorizontal, threshold);
+        player.PlaceAt({100, 30});
+        game.Tick();
+        EXPECT_TRUE(player.position == (Vec2i{108, 36}) && player.direction == 0);
+    }
     player.moveVector = {1.0f, 0.0f};
-    player.targetTile = {124, -12}; // one tick away exactly, which does not end the move yet
+    player.targetTile = {124, 36}; // one tick away exactly, which does not end the move yet
     player.speed = 1000.0f;
     player.idle = false;
     game.Tick();

@@ -75,5 +75,7 @@ TEST(RulesTest, OtherRoomSizesAreBorne) {
         for (const DungeonRoom& room : record->rooms) {
             EXPECT_TRUE(room.w >= least && room.maxCorner.x <= 511 && room.minCorner.y >= 0);
         }
+        generator.Generate(CellKey({1, 1}), *record); // nothing counts neighbours here
+        EXPECT_TRUE(record->compassPoints.empty());
     }
 }

@@ -107,7 +107,7 @@ TEST(TriangulateTest, FollowsItsRulesOnSmallSets) {
     };
     std::vector<DelaunayTriangle> triangles;
     for (const Case& c :
-         {Case{{{5, 5}, {1, 1}, {kNan, 0}}, "-1 less than 3 points, aborting \n0 1 2 "},
+         {Case{{{5, kInfinite}, {1, 1}, {3, 3}}, "-1 less than 3 points, aborting \n0 1 2 "},
           {{{0, 0}, {9, 9}, {1, 1}, {4, 4}}, "-2 linear structure, aborting \n0 2 3 1 "},
           {{{2, 2}, {2, 2}, {2, 2}}, "-2 linear structure, aborting \n0 1 2 "},
           {{{0, 0}, {10, 0}, {5, 1}},

@@ -80,6 +80,7 @@ TEST(GfxTest, EachCallDrawsWhereItsRuleSaysUnderTheLockAndLeavesTheColour) {
     SDL_Color left{};
     SDL_GetRenderDrawColor(Graphics().renderer, &left.r, &left.g, &left.b, &left.a);
     EXPECT_TRUE(left.r == 1 && left.g == 2 && left.b == 3 && left.a == 4);
+    EXPECT_EQ(TTF_FontHeight(Graphics().font->handle), 20);
 }
 
 TEST(GfxTest, WhatLiesFarOutsideIsCutOrLeftOut) {
@@ -101,6 +102,7 @@ TEST(GfxTest, WhatLiesFarOutsideIsCutOrLeftOut) {
     EXPECT_EQ(
         Drawn([] {
             Graphics().FillRect({0, kLow, kHigh, 0, kHigh, kHigh}, kRed);
+            Graphics().FillRect({0, kHigh / 2, 1, 0, kHigh / 2 + 99, 9}, kRed);
             Graphics().FillRect({0, 639, 1, 0, 9, 9}, kRed);
             Graphics().FillRect({0, 640, 9, 0, 9, 9}, kRed);
             Graphics().DrawRect({0, kHigh, kHigh, 0, kHigh, kHigh}, kRed);

@@ -23,10 +23,10 @@ TEST(InputTest, AReleaseCountsWhenThePressLiesLongEnoughBack) {
                           {30, 0xFFFFFFF0U, 0xFFFFFFF8U, true}, // the sum wraps before the clock
                           {0, 1000, 1000, false}}) {
         timer.minInterval = c.minInterval;
-        game.KeyDown(SDLK_RETURN);
+        PushKey(SDL_KEYDOWN, SDLK_RETURN);
         CMN_TimeManager::GetInstance()->currentTime = c.press;
         input.Update();
-        game.KeyUp(SDLK_RETURN);
+        PushKey(SDL_KEYUP, SDLK_RETURN);
         CMN_TimeManager::GetInstance()->currentTime = c.release;
         input.Update();
         EXPECT_EQ(input.IsPressed(InputAction::Confirm), c.counts) << c.press << " " << c.release;

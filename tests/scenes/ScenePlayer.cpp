@@ -45,10 +45,8 @@ void ScenePlayer::Play(const std::string& word) {
     const char first = word[0];
     if (std::string("[]{}").find(word) != std::string::npos) {
         Hold(first);
-    } else if (first == '+') {
-        game.KeyDown(SDL_GetKeyFromName(word.c_str() + 1));
-    } else if (first == '-') {
-        game.KeyUp(SDL_GetKeyFromName(word.c_str() + 1));
+    } else if (first == '+' || first == '-') {
+        PushKey(first == '+' ? SDL_KEYDOWN : SDL_KEYUP, SDL_GetKeyFromName(word.c_str() + 1));
     } else if (first == '@') {
         Tick(static_cast<std::uint32_t>(number));
     } else if (first == '!') {
@@ -66,9 +64,9 @@ void ScenePlayer::Play(const std::string& word) {
                   [&](SDL_Event& event) { event.jbutton.button = static_cast<Uint8>(number); });
     } else {
         const SDL_Keycode key = SDL_GetKeyFromName(word.substr(0, digits).c_str());
-        game.KeyDown(key);
+        PushKey(SDL_KEYDOWN, key);
         Ticks(number);
-        game.KeyUp(key);
+        PushKey(SDL_KEYUP, key);
         Ticks(1);
     }
 }

@@ -86,21 +86,13 @@ void Game::Tick(int count) {
     }
 }
 
-void Game::KeyDown(SDL_Keycode key) {
-    PushEvent(SDL_KEYDOWN, [key](SDL_Event& event) { event.key.keysym.sym = key; });
-}
-
-void Game::KeyUp(SDL_Keycode key) {
-    PushEvent(SDL_KEYUP, [key](SDL_Event& event) { event.key.keysym.sym = key; });
-}
-
 void Game::Hold(const std::vector<SDL_Keycode>& keys, int ticks) {
     for (const SDL_Keycode key : keys) {
-        KeyDown(key);
+        PushKey(SDL_KEYDOWN, key);
     }
     Tick(ticks);
     for (const SDL_Keycode key : keys) {
-        KeyUp(key);
+        PushKey(SDL_KEYUP, key);
     }
     Tick();
 }

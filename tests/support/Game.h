@@ -64,10 +64,6 @@ public:
     /// One pass of the main loop so many ms after the last one.
     void Pass(std::uint32_t milliseconds = 16);
 
-    /// Pushes a key event for the next tick.
-    void KeyDown(SDL_Keycode key);
-    void KeyUp(SDL_Keycode key);
-
     /// Presses keys, holds them for some ticks, lets them go and runs the tick that sees it.
     void Hold(const std::vector<SDL_Keycode>& keys, int ticks = 3);
     void Hold(SDL_Keycode key, int ticks = 3) { Hold(std::vector{key}, ticks); }
@@ -98,4 +94,9 @@ void PushEvent(std::uint32_t type, Fill fill) {
     event.type = type;
     fill(event);
     SDL_PushEvent(&event);
+}
+
+/// Pushes SDL_KEYDOWN or SDL_KEYUP for the next tick.
+inline void PushKey(std::uint32_t type, SDL_Keycode key) {
+    PushEvent(type, [key](SDL_Event& event) { event.key.keysym.sym = key; });
 }
