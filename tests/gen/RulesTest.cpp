@@ -74,6 +74,7 @@ TEST(RulesTest, OtherRoomSizesAreBorne) {
         EXPECT_LE(record->compassPoints.size(), record->mainRooms.size()) << most;
         for (const DungeonRoom& room : record->rooms) {
             EXPECT_TRUE(room.w >= least && room.maxCorner.x <= 511 && room.minCorner.y >= 0);
+            EXPECT_TRUE(room.w * room.h >= 20 || room.spawnPoints.empty());
         }
         generator.Generate(CellKey({1, 1}), *record); // nothing counts neighbours here
         EXPECT_TRUE(record->compassPoints.empty());
