@@ -27,7 +27,7 @@ protected:
     MapTest() {
         game.Tick();
         EXPECT_TRUE(game.Settle());
-        game.Hold(SDLK_BACKSPACE);
+        game.Hold({SDLK_BACKSPACE});
     }
 
     Game game{{.width = 1283, .height = 721, .start = {67596, 55308}}};

@@ -27,6 +27,7 @@ TEST(RulesTest, NumbersAreDrawnWithTheLeastOutputs) {
     const Draw draws[] = {
         {7, 7, {}, 7}, // one number takes no draw
         {kLow, kHigh, {0x80000000u}, 0},
+        {0, 3, {top}, 3}, // 4 divides 2^32: no output is drawn again
         // 2^32 = 101 * 42524428 + 68: the 68 largest outputs are drawn again.
         {0, 100, {top, 4294967228u, 4294967227u}, 100},
         {-3, 97, {5u}, 2},

@@ -66,7 +66,6 @@ public:
 
     /// Presses keys, holds them for some ticks, lets them go and runs the tick that sees it.
     void Hold(const std::vector<SDL_Keycode>& keys, int ticks = 3);
-    void Hold(SDL_Keycode key, int ticks = 3) { Hold(std::vector{key}, ticks); }
 
     /// Waits until no load is pending, then runs a tick: the world is at rest. False when a load
     /// does not end.

@@ -39,10 +39,7 @@ private:
 /// late. Must have released them before the pool is stopped.
 class WorkerHold {
 public:
-    WorkerHold() = default;
     ~WorkerHold() { Release(); }
-    WorkerHold(const WorkerHold&) = delete;
-    WorkerHold& operator=(const WorkerHold&) = delete;
 
     void Occupy(std::uint32_t workers) {
         for (std::uint32_t i = 0; i < workers; ++i) {

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <latch>
 #include <thread>
 
 namespace {
@@ -63,11 +64,13 @@ TEST(RecordTableTest, ManyThreadsShareEachRecordWhichIsMadeOnceAndNeverSeenHalfM
     constexpr std::int32_t held = 50; // every thread acquires these and keeps them
     RecordTable<Note> table;
     std::atomic<int> made{0};
+    std::latch ready(8);
     std::atomic<int> wrong{0};
     const auto use = [&](std::int32_t id) {
         const Note* note = table.Acquire(id, 0, [&](Note& fresh) {
             made += id < held ? 1 : 0;
-            std::this_thread::yield();
+            // The last record is waited for by all threads, and no other one wakes them.
+            id < 0 ? ready.wait() : std::this_thread::yield();
             fresh.body.fill(id);
         });
         wrong += static_cast<int>(64 - std::ranges::count(note->body, id));
@@ -83,11 +86,13 @@ TEST(RecordTableTest, ManyThreadsShareEachRecordWhichIsMadeOnceAndNeverSeenHalfM
                 use(held + round * step % 11);
                 table.Release(held + round * step % 11);
             }
+            ready.count_down();
+            use(-1);
         });
     }
     threads.clear();
     EXPECT_EQ(wrong, 0);
-    EXPECT_EQ(made, held);
-    EXPECT_EQ(table.GetRefs().size(), std::size_t{held});
+    EXPECT_EQ(made, held + 1);
+    EXPECT_EQ(table.GetRefs().size(), std::size_t{held + 1});
     EXPECT_EQ(table.GetRefs().at(held - 1), 8U);
 }
