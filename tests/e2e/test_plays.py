@@ -68,7 +68,7 @@ def test_from_the_shipped_start_ashore_and_back_to_map_and_menu(folder):
         game.hold("s")
         off = count(game.settle(), YELLOW, BESIDE_MENU)
         game.hold("Return")
-        shown = game.settle("menu_tree")
-        assert count(shown, YELLOW, BESIDE_MENU) > off + 100, "the second row brings the tree"
+        shown = game.settle("menu_rooms")
+        assert count(shown, YELLOW, BESIDE_MENU) > off + 100, "the second row shows the rooms"
         game.hold("Escape")
         assert game.end() == (0, ""), "every image and the typeface were found"
