@@ -9,8 +9,6 @@
 #include "world/WorldManager.h"
 
 #include <SDL_timer.h>
-#include <malloc.h>
-#include <time.h>
 
 #include <algorithm>
 #include <array>
@@ -21,6 +19,8 @@
 #include <string>
 #include <vector>
 
+#include <malloc.h>
+#include <time.h>
 #include <unistd.h>
 
 namespace {
