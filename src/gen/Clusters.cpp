@@ -3,6 +3,7 @@
 #include "gen/Random.h"
 #include "gen/Triangulate.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <utility>
 
@@ -25,11 +26,7 @@ void CollectLand(const ClusterRecord& record, std::vector<GridKey>& keys,
 }
 
 void AddOnce(std::vector<GridKey>& list, const GridKey& key) {
-    bool listed = false;
-    for (const GridKey& other : list) {
-        listed |= other.id == key.id;
-    }
-    if (!listed) {
+    if (std::ranges::find(list, key.id, &GridKey::id) == list.end()) {
         list.push_back(key);
     }
 }

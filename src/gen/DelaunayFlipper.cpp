@@ -1,22 +1,21 @@
 #include "gen/DelaunayMesh.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cmath>
-#include <cstddef>
 #include <iostream>
+#include <set>
 #include <string>
-#include <vector>
 
 namespace {
 
-constexpr std::size_t kUsualPending = 65536; // and 4 per triangle: not worth a forecast
-constexpr double kMaxPending = 268435456.0;  // a list of 1 GiB
+constexpr std::size_t kLongList = 65536; // and 4 entries per triangle
+constexpr std::size_t kBlock = 1024;     // of a long list
 
 // Two triangles share the edge p-q, and o and d are their other corners. Returns -1 when the edge
 // is to be flipped, else 1: it is when the angles at o and d add up to more than 180 degrees, that
 // is when the sine of their sum is negative; two angles on the same side of 90 degrees need no sum.
-// Comes out the same with o and d, or p and q, the other way round. Written without branches, which
-// would be mispredicted often.
+// Comes out the same with o and d, or p and q, the other way round. Branches would be mispredicted.
 int SwapTest(Vec2f o, Vec2f p, Vec2f q, Vec2f d) {
     // Cosines and sines are multiplied by the lengths of the angle's legs, here and below.
     const Vec2f oToP = p - o;
@@ -47,12 +46,11 @@ std::int32_t GiveUp(std::int32_t result) {
 // out until one of its triangles is rewritten, for the test would come out the same. Otherwise the
 // way back is looked for, and there may be none. A flip keeps twins mutual, and the check for
 // stability keeps two triangles from sharing a second edge; the hull pass makes no such check, so
-// from there on nothing is taken for granted. Passes return false at adjacency that does not lead
-// back.
+// from there on nothing is taken for granted. Passes return false where no way leads back.
 class DelaunayFlipper {
 public:
-    explicit DelaunayFlipper(DelaunayMesh& meshToFlip)
-        : mesh(meshToFlip), triangles(meshToFlip.triangles) {}
+    DelaunayFlipper(DelaunayMesh& meshToFlip, std::size_t longestList)
+        : mesh(meshToFlip), triangles(meshToFlip.triangles), maxListed(longestList) {}
 
     template <bool mutual>
     std::int32_t Run() {
@@ -92,22 +90,11 @@ private:
         return true;
     }
 
-    template <bool mutual>
-    bool FlipListedTriangles() {
-        pending.swap(flipped);
-        flipped.clear();
-        for (const std::int32_t t : pending) {
-            if (!VisitTriangle<Pass::Listed, mutual>(t)) {
-                return false;
-            }
-        }
-        return true;
-    }
-
     // Looks again at what the last pass rewrote, until nothing is or it has been done often enough.
     template <bool mutual>
     bool RepeatListed(int repetitions) {
-        for (int left = repetitions; left > 0 && !flipped.empty() && !GrowsTooLong(left); --left) {
+        const std::size_t longest = maxListed + 4 * triangles.size();
+        for (int i = 0; i < repetitions && !flipped.empty() && flipped.size() <= longest; ++i) {
             if (!FlipListedTriangles<mutual>()) {
                 return false;
             }
@@ -115,18 +102,35 @@ private:
         return true;
     }
 
-    // Rounding can make triangles flip back and forth, and the list then grows by much the same
-    // factor, up to 2, in every pass. Would it outgrow memory in the passes left?
-    bool GrowsTooLong(int left) const {
-        if (flipped.size() <= kUsualPending + 4 * triangles.size()) {
-            return false;
+    // Rounding can make triangles flip back and forth: the list then doubles in every pass, and
+    // soon repeats a few blocks. When each of them leaves the triangles as they were and puts two
+    // of these blocks in its place, every later pass would do the same, and nothing is left to do.
+    template <bool mutual>
+    bool FlipListedTriangles() {
+        pending.swap(flipped);
+        flipped.clear();
+        const bool isLong = pending.size() > kLongList + 4 * triangles.size();
+        const auto before = isLong ? triangles : std::vector<MeshTriangle>();
+        bool repeats = isLong && pending.size() % kBlock == 0;
+        for (std::size_t i = 0; i < pending.size(); ++i) {
+            if (!VisitTriangle<Pass::Listed, mutual>(pending[i])) {
+                return false;
+            }
+            repeats = repeats && ((i + 1) % kBlock != 0 || triangles == before);
         }
-        auto length = static_cast<double>(flipped.size());
-        const double growth = length / static_cast<double>(pending.size());
-        for (int i = 0; i < left; ++i) {
-            length *= growth;
+        if (repeats && flipped.size() == 2 * pending.size() &&
+            std::ranges::includes(BlocksOf(pending), BlocksOf(flipped))) {
+            flipped.clear();
         }
-        return length > kMaxPending;
+        return true;
+    }
+
+    static std::set<std::vector<std::int32_t>> BlocksOf(const std::vector<std::int32_t>& list) {
+        std::set<std::vector<std::int32_t>> blocks;
+        for (auto block = list.begin(); block != list.end(); block += kBlock) {
+            blocks.emplace(block, block + kBlock);
+        }
+        return blocks;
     }
 
     // Tries the triangle's edges; at most one is flipped.
@@ -204,11 +208,8 @@ private:
     // The first side, of a-b, b-c and a-c, that leads to `from` leads to `to` instead. The side by
     // which it arrives is not read any more.
     void Relink(std::int32_t t, std::int32_t from, std::int32_t to) {
-        if (t < 0) {
-            return;
-        }
         for (const std::size_t side : {kAB, kBC, kAC}) {
-            if (triangles[At(t)].Across(side) == from) {
+            if (t >= 0 && triangles[At(t)].Across(side) == from) {
                 triangles[At(t)].twin[side] = MakeHalfEdge(to, 0);
                 return;
             }
@@ -217,13 +218,14 @@ private:
 
     const DelaunayMesh& mesh;
     std::vector<MeshTriangle>& triangles;
+    std::size_t maxListed;             // and 4 per triangle: longer lists are not looked at
     std::vector<std::int32_t> pending; // what a listed pass looks at, in order, with repeats
     std::vector<std::int32_t> flipped; // what the pass at hand rewrote
 };
 
 } // namespace
 
-std::int32_t FlipTriangles(DelaunayMesh& mesh) {
-    DelaunayFlipper flipper(mesh);
+std::int32_t FlipTriangles(DelaunayMesh& mesh, std::size_t maxListed) {
+    DelaunayFlipper flipper(mesh, maxListed);
     return mesh.idsDiffer ? flipper.Run<true>() : flipper.Run<false>();
 }

@@ -61,17 +61,23 @@ struct MeshTriangle {
     std::array<HalfEdge, 3> twin;       ///< by side: the same edge as the triangle across has it
 
     std::int32_t Across(std::size_t side) const { return TriangleOf(twin[side]); }
+    std::array<std::int32_t, 3> Neighbors() const { return {Across(0), Across(1), Across(2)}; }
+
+    /// All that decides what a flip does.
+    bool operator==(const MeshTriangle& other) const {
+        return corner == other.corner && Neighbors() == other.Neighbors();
+    }
 };
 
 struct DelaunayMesh {
     std::vector<Vec2f> places;       ///< by position
     std::vector<std::int32_t> names; ///< by position: the last position with the same id
     std::vector<MeshTriangle> triangles;
-    /// All ids differ, so a half-edge and its twin name each other. Otherwise a triangle may have
-    /// one point at several corners, and a twin may lead astray.
+    /// All ids differ, so a half-edge and its twin name each other. Otherwise a twin may lead
+    /// astray.
     bool idsDiffer = true;
 
-    /// Whether every triangle has three corners, and every twin leads back and has the same ends.
+    /// Whether every twin leads back and has the same ends.
     bool IsSound() const {
         const auto ends = [](const MeshTriangle& triangle, std::size_t side) {
             return std::minmax({triangle.corner[FirstEnd(side)], triangle.corner[SecondEnd(side)]});
@@ -83,7 +89,6 @@ struct DelaunayMesh {
                 const HalfEdge twin = triangles[t].twin[side];
                 const MeshTriangle& other = triangles[twin < 0 ? t : At(TriangleOf(twin))];
                 const std::size_t back = SideOf(twin);
-                sound &= p != q;
                 sound &= twin < 0 ||
                          (At(other.Across(back)) == t && ends(other, back) == std::pair(p, q));
             }
@@ -99,7 +104,7 @@ void InsertPoints(const std::vector<DelaunayPoint>& points, DelaunayMesh& mesh);
 
 /// Makes the triangulation Delaunay. Two triangles that share an edge form a quad; a flip cuts it
 /// along the other diagonal. Passes over the triangles test every edge and flip where the swap test
-/// says so; the triangles that a pass rewrote are what the following pass looks at. Returns the
-/// result of `Triangulate`: 1, or -3 or -4 after adjacency that does not lead back, having said so
-/// on standard error.
-std::int32_t FlipTriangles(DelaunayMesh& mesh);
+/// says so; the triangles that a pass rewrote are what the following pass looks at, unless they are
+/// more than maxListed + 4 per triangle. Returns the result of `Triangulate`: 1, or -3 or -4 after
+/// adjacency that does not lead back, having said so on standard error.
+std::int32_t FlipTriangles(DelaunayMesh& mesh, std::size_t maxListed);

@@ -28,6 +28,8 @@ struct DungeonEdge {
     std::int32_t a = 0;             ///< room id
     std::int32_t b = 0;             ///< room id
     std::int32_t lengthSquared = 0; ///< between the room centres, in tiles
+
+    bool operator==(const DungeonEdge&) const = default;
 };
 
 /// Tile values.

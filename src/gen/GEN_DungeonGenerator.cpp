@@ -291,10 +291,7 @@ void GEN_DungeonGenerator::AddExtraEdges(DungeonRecord& record) {
         if (record.hallwayEdges.size() == tree + extra) {
             return;
         }
-        const auto same = [&edge](const DungeonEdge& other) {
-            return edge.a == other.a && edge.b == other.b;
-        };
-        if (std::none_of(record.hallwayEdges.begin(), record.hallwayEdges.end(), same)) {
+        if (std::ranges::count(record.hallwayEdges, edge) == 0) {
             record.hallwayEdges.push_back(edge);
         }
     }

@@ -120,9 +120,8 @@ Circle CircleThrough(const DelaunayPoint& p0, const DelaunayPoint& p1, const Del
     return {dx * dx + dy * dy, centre};
 }
 
-// Takes points off a heap, nearest to the first point first, since few have to be looked at. The
-// second seed point is the first that differs from it, the third makes the smallest circle with
-// both.
+// Takes points off a heap, those nearest to the first point first, since few have to be looked at.
+// The second seed point is the first that differs, the third makes the smallest circle with both.
 Seed FindSeed(const Points& points, std::size_t usable) {
     const auto after = [before = Before{points}](Entry a, Entry b) { return before(b, a); };
     std::vector<Entry> heap = Measure(points, usable, {points[0].x, points[0].y});
@@ -169,9 +168,7 @@ void ArrangeForInsertion(const Seed& seed, std::size_t usable, Points& points) {
     const Points source = points;
     std::vector<Entry> others = Measure(source, usable, seed.circle.centre);
     std::erase_if(others, [&seed](Entry entry) {
-        return std::any_of(seed.points.begin(), seed.points.end(), [entry](Entry seedPoint) {
-            return PointOf(seedPoint) == PointOf(entry);
-        });
+        return std::ranges::count(seed.points, PointOf(entry), PointOf) > 0;
     });
     std::sort(others.begin(), others.end(), Before{source});
     Arrange(points, 0, source, {seed.points.begin(), seed.points.end()});
@@ -228,13 +225,13 @@ void WriteTriangles(const Points& points, const DelaunayMesh& mesh, const Circle
 } // namespace
 
 std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
-                         std::vector<DelaunayTriangle>& triangles, std::size_t maxPoints) {
+                         std::vector<DelaunayTriangle>& triangles, std::size_t limit) {
     const auto usable = static_cast<std::size_t>(std::ranges::count_if(points, IsUsable));
     if (usable < kSeedPoints) {
         std::cerr << "less than 3 points, aborting \n";
         return -1;
     }
-    if (usable > maxPoints) {
+    if (usable > limit) {
         return -1;
     }
     triangles.clear();
@@ -252,7 +249,7 @@ std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
     DelaunayMesh mesh = MakeMesh(points, usable);
     InsertPoints(points, mesh);
     std::cerr << "of triangles " + std::to_string(mesh.triangles.size()) + " to be flipped. \n";
-    const std::int32_t result = FlipTriangles(mesh);
+    const std::int32_t result = FlipTriangles(mesh, limit / 2);
     WriteTriangles(points, mesh, seed.circle, triangles);
     return result;
 }

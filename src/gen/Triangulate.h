@@ -55,8 +55,8 @@ struct DelaunayTriangle {
 ///
 /// Returns
 /// - 1 on success;
-/// - -1 for fewer than three usable points, or (without a message) for more than maxPoints, so that
-///   a half-edge fits its 32 bits; both lists stay as they are;
+/// - -1 for fewer than three usable points, or (without a message) for more than limit, so that a
+///   half-edge fits its 32 bits; both lists stay as they are;
 /// - -2 when no third point makes a circle with the first two, as for points on one line (the
 ///   points are left sorted by distance from the first, as their sort keys say);
 /// - -3 or -4 when the first or a later pass of flips found adjacency that is not mutual, which
@@ -74,8 +74,8 @@ struct DelaunayTriangle {
 /// - Any id from 0 to 2^31 - 1 is fine and costs no more than a small one.
 ///
 /// Rounding can make triangles flip back and forth, and the list of triangles to look at then grows
-/// up to twice as long in every pass. Flipping ends when that list has more than 65,536 + 4 entries
-/// per triangle and, growing on as in the last pass, would come to more than 1 GiB.
+/// up to twice as long in every pass. Flipping ends when it is certain that all passes left would
+/// change nothing, or when that list has more than limit / 2 + 4 entries per triangle.
 std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
                          std::vector<DelaunayTriangle>& triangles,
-                         std::size_t maxPoints = std::size_t{1} << 27);
+                         std::size_t limit = std::size_t{1} << 27);
