@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr std::size_t kLongList = 65536; // and 4 entries per triangle
-constexpr std::size_t kBlock = 1024;     // of a long list
+constexpr std::size_t kLongList = 65536; // entries, plus 4 per triangle
+constexpr std::size_t kBlock = 1024;     // entries of a long list
 
 // Two triangles share the edge p-q, and o and d are their other corners. Returns -1 when the edge
 // is to be flipped, else 1: it is when the angles at o and d add up to more than 180 degrees, that
@@ -218,7 +218,7 @@ private:
 
     const DelaunayMesh& mesh;
     std::vector<MeshTriangle>& triangles;
-    std::size_t maxListed;             // and 4 per triangle: longer lists are not looked at
+    std::size_t maxListed;             // plus 4 per triangle: longer lists are not looked at
     std::vector<std::int32_t> pending; // what a listed pass looks at, in order, with repeats
     std::vector<std::int32_t> flipped; // what the pass at hand rewrote
 };

@@ -104,7 +104,7 @@ void InsertPoints(const std::vector<DelaunayPoint>& points, DelaunayMesh& mesh);
 
 /// Makes the triangulation Delaunay. Two triangles that share an edge form a quad; a flip cuts it
 /// along the other diagonal. Passes over the triangles test every edge and flip where the swap test
-/// says so; the triangles that a pass rewrote are what the following pass looks at, unless they are
-/// more than maxListed + 4 per triangle. Returns the result of `Triangulate`: 1, or -3 or -4 after
-/// adjacency that does not lead back, having said so on standard error.
+/// says so; the list of those that a pass rewrote is what the following pass looks at, unless it
+/// has more entries than maxListed plus 4 per triangle. Returns the result of `Triangulate`: 1, or
+/// -3 or -4 after adjacency that does not lead back, having said so on standard error.
 std::int32_t FlipTriangles(DelaunayMesh& mesh, std::size_t maxListed);

@@ -75,7 +75,7 @@ struct DelaunayTriangle {
 ///
 /// Rounding can make triangles flip back and forth, and the list of triangles to look at then grows
 /// up to twice as long in every pass. Flipping ends when it is certain that all passes left would
-/// change nothing, or when that list has more than limit / 2 + 4 entries per triangle.
+/// change nothing, or when that list has more entries than limit / 2 plus 4 per triangle.
 std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
                          std::vector<DelaunayTriangle>& triangles,
                          std::size_t limit = std::size_t{1} << 27);
