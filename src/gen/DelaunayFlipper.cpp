@@ -102,9 +102,9 @@ private:
         return true;
     }
 
-    // Rounding can make triangles flip back and forth: the list then doubles in every pass, and
-    // soon repeats a few blocks. When each of them leaves the triangles as they were and puts two
-    // of these blocks in its place, every later pass would do the same, and nothing is left to do.
+    // Rounding can make triangles flip back and forth: the list then often doubles in every pass,
+    // and soon repeats a few blocks. When each of them leaves the triangles as they were and puts
+    // two of these blocks in its place, every later pass would do the same: all is done.
     template <bool mutual>
     bool FlipListedTriangles() {
         pending.swap(flipped);

@@ -74,8 +74,8 @@ struct DelaunayTriangle {
 /// - Any id from 0 to 2^31 - 1 is fine and costs no more than a small one.
 ///
 /// Rounding can make triangles flip back and forth, and the list of triangles to look at then grows
-/// up to twice as long in every pass. Flipping ends when it is certain that all passes left would
-/// change nothing, or when that list has more entries than limit / 2 plus 4 per triangle.
+/// up to twice as long in every pass. The passes over it end when those left would change nothing,
+/// or when it has more entries than limit / 2 plus 4 per triangle; the hull's pass still follows.
 std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
                          std::vector<DelaunayTriangle>& triangles,
                          std::size_t limit = std::size_t{1} << 27);
