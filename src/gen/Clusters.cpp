@@ -26,7 +26,8 @@ void CollectLand(const ClusterRecord& record, std::vector<GridKey>& keys,
 }
 
 void AddOnce(std::vector<GridKey>& list, const GridKey& key) {
-    if (std::ranges::find(list, key.id, &GridKey::id) == list.end()) {
+    if (std::none_of(list.begin(), list.end(),
+                     [&key](const GridKey& other) { return other.id == key.id; })) {
         list.push_back(key);
     }
 }

@@ -118,9 +118,12 @@ private:
             }
             repeats = repeats && ((i + 1) % kBlock != 0 || triangles == before);
         }
-        if (repeats && flipped.size() == 2 * pending.size() &&
-            std::ranges::includes(BlocksOf(pending), BlocksOf(flipped))) {
-            flipped.clear();
+        if (repeats && flipped.size() == 2 * pending.size()) {
+            const auto earlier = BlocksOf(pending);
+            const auto later = BlocksOf(flipped);
+            if (std::includes(earlier.begin(), earlier.end(), later.begin(), later.end())) {
+                flipped.clear();
+            }
         }
         return true;
     }

@@ -291,8 +291,9 @@ void GEN_DungeonGenerator::AddExtraEdges(DungeonRecord& record) {
         if (record.hallwayEdges.size() == tree + extra) {
             return;
         }
-        if (std::ranges::count(record.hallwayEdges, edge) == 0) {
-            record.hallwayEdges.push_back(edge);
+        std::vector<DungeonEdge>& chosen = record.hallwayEdges;
+        if (std::find(chosen.begin(), chosen.end(), edge) == chosen.end()) {
+            chosen.push_back(edge);
         }
     }
 }

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cfloat>
 #include <cmath>
 #include <cstddef>
@@ -33,29 +32,23 @@ void MoveUnusableBehind(Points& points) {
     });
 }
 
-// A point in a sort: its squared distance from a place, above its index among the points. A float
-// that is not negative orders as its bits do.
-using Entry = std::uint64_t;
-
-std::size_t PointOf(Entry entry) {
-    return entry & 0xffffffffu;
-}
-
-float DistanceOf(Entry entry) {
-    return std::bit_cast<float>(static_cast<std::uint32_t>(entry >> 32));
-}
+// A point in a sort.
+struct Entry {
+    float distanceSq = 0.0f; // from the place that the points are sorted around
+    std::uint32_t index = 0; // among the points
+};
 
 // By distance, then x, then y; points equal in all of these stay in the caller's order.
 struct Before {
     const Points& points;
 
     bool operator()(Entry a, Entry b) const {
-        if (a >> 32 != b >> 32) {
-            return a < b;
+        if (a.distanceSq != b.distanceSq) {
+            return a.distanceSq < b.distanceSq;
         }
-        const DelaunayPoint& p = points[PointOf(a)];
-        const DelaunayPoint& q = points[PointOf(b)];
-        return p.x != q.x ? p.x < q.x : (p.y != q.y ? p.y < q.y : a < b);
+        const DelaunayPoint& p = points[a.index];
+        const DelaunayPoint& q = points[b.index];
+        return p.x != q.x ? p.x < q.x : (p.y != q.y ? p.y < q.y : a.index < b.index);
     }
 };
 
@@ -64,7 +57,7 @@ std::vector<Entry> Measure(const Points& points, std::size_t count, Vec2f from) 
     for (std::size_t i = 0; i < count; ++i) {
         const float dx = points[i].x - from.x;
         const float dy = points[i].y - from.y;
-        entries[i] = Entry{std::bit_cast<std::uint32_t>(dx * dx + dy * dy)} << 32 | i;
+        entries[i] = {dx * dx + dy * dy, static_cast<std::uint32_t>(i)};
     }
     return entries;
 }
@@ -73,8 +66,8 @@ std::vector<Entry> Measure(const Points& points, std::size_t count, Vec2f from) 
 void Arrange(Points& points, std::size_t position, const Points& source,
              const std::vector<Entry>& order) {
     for (const Entry entry : order) {
-        points[position] = source[PointOf(entry)];
-        points[position].sortKey = DistanceOf(entry);
+        points[position] = source[entry.index];
+        points[position].sortKey = entry.distanceSq;
         ++position;
     }
 }
@@ -135,20 +128,19 @@ Seed FindSeed(const Points& points, std::size_t usable) {
     Seed seed;
     auto& [first, second, third] = seed.points;
     first = takeNearest();
-    const DelaunayPoint& p0 = points[PointOf(first)];
+    const DelaunayPoint& p0 = points[first.index];
     do {
         second = takeNearest();
-    } while (!heap.empty() && points[PointOf(second)].x == p0.x &&
-             points[PointOf(second)].y == p0.y);
-    const DelaunayPoint& p1 = points[PointOf(second)];
+    } while (!heap.empty() && points[second.index].x == p0.x && points[second.index].y == p0.y);
+    const DelaunayPoint& p1 = points[second.index];
     while (!heap.empty()) {
         const Entry candidate = takeNearest();
-        const Circle circle = CircleThrough(p0, p1, points[PointOf(candidate)]);
+        const Circle circle = CircleThrough(p0, p1, points[candidate.index]);
         if (circle.radiusSq < seed.circle.radiusSq && circle.radiusSq > 0.0f) {
             third = candidate;
             seed.circle = circle;
             seed.found = true;
-        } else if (DistanceOf(candidate) > 4.0f * seed.circle.radiusSq) {
+        } else if (candidate.distanceSq > 4.0f * seed.circle.radiusSq) {
             break; // its circle cannot be smaller, nor can any after it
         }
     }
@@ -168,7 +160,8 @@ void ArrangeForInsertion(const Seed& seed, std::size_t usable, Points& points) {
     const Points source = points;
     std::vector<Entry> others = Measure(source, usable, seed.circle.centre);
     std::erase_if(others, [&seed](Entry entry) {
-        return std::ranges::count(seed.points, PointOf(entry), PointOf) > 0;
+        return std::any_of(seed.points.begin(), seed.points.end(),
+                           [entry](Entry taken) { return taken.index == entry.index; });
     });
     std::sort(others.begin(), others.end(), Before{source});
     Arrange(points, 0, source, {seed.points.begin(), seed.points.end()});
@@ -226,7 +219,8 @@ void WriteTriangles(const Points& points, const DelaunayMesh& mesh, const Circle
 
 std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
                          std::vector<DelaunayTriangle>& triangles, std::size_t limit) {
-    const auto usable = static_cast<std::size_t>(std::ranges::count_if(points, IsUsable));
+    const auto usable =
+        static_cast<std::size_t>(std::count_if(points.begin(), points.end(), IsUsable));
     if (usable < kSeedPoints) {
         std::cerr << "less than 3 points, aborting \n";
         return -1;
