@@ -1,6 +1,7 @@
 // The command line of vesk_atlas.
 #pragma once
 
+#include "atlas/CellView.h"
 #include "gfx/Vec2.h"
 
 #include <cstdint>
@@ -8,17 +9,6 @@
 #include <string>
 
 enum class Command { Help, Cell, Clusters, Tour };
-
-/// What is drawn over the tiles of a cell.
-struct Overlays {
-    bool border = false;
-    bool rooms = false;
-    bool tree = false;
-    bool hallways = false;
-    bool spawns = false;
-    bool compass = false;
-    bool triangulation = false;
-};
 
 /// Which neighbour graph is drawn over a block of clusters.
 enum class Graph {

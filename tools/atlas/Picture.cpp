@@ -140,7 +140,13 @@ void Picture::GraphLine(Vec2i from, Vec2i to, float lineWidth) {
     const float shrink = along.x / length; // of a distance across the axis to one from the line
     const float strength = std::min(lineWidth, 1.0f);
     const auto reach = static_cast<std::int32_t>(std::ceil((lineWidth / 2.0f + 0.5f) / shrink));
-    for (std::int32_t x = start.x; x <= end.x; ++x) {
+    const Vec2i size = turned({width, height});
+    if (std::max(start.y, end.y) < -reach || std::min(start.y, end.y) > size.y + reach) {
+        return;
+    }
+    const std::int32_t first = std::max(start.x, 0);
+    const std::int32_t last = std::min(end.x, size.x - 1);
+    for (std::int32_t x = first; x <= last; ++x) {
         const float centre =
             static_cast<float>(start.y) + along.y * static_cast<float>(x - start.x) / along.x;
         const auto middle = static_cast<std::int32_t>(std::floor(centre));
