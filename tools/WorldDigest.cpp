@@ -1,142 +1,170 @@
 #include "WorldDigest.h"
 
-#include "gen/Clusters.h"
+#include "ClusterBlock.h"
 #include "gen/GEN_DungeonGenerator.h"
+#include "gen/Random.h"
 
 #include <array>
 #include <bit>
+#include <cinttypes>
+#include <cstdio>
 #include <cstring>
+#include <limits>
 #include <memory>
+#include <vector>
 
 namespace {
 
-void Add(Digest& digest, std::size_t size) {
-    digest.AddWord(size);
-}
+constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max();
 
-void Add(Digest& digest, std::int32_t number) {
-    digest.Add(number);
-}
+enum class Kind { Cluster, Neighbors, Dungeon };
 
-void Add(Digest& digest, Vec2i v) {
-    digest.Add(v.x);
-    digest.Add(v.y);
-}
+struct Item {
+    Kind kind = Kind::Cluster;
+    Vec2i place; // coordinates of a cluster, of a block's middle cluster, of a cell
+    std::int32_t neighborCount = 0; // of a dungeon's cell
+};
 
-void Add(Digest& digest, const GridKey& key) {
-    Add(digest, key.Coords());
-    digest.Add(key.id);
-}
-
-void Add(Digest& digest, const DungeonEdge& edge) {
-    for (const std::int32_t number : {edge.a, edge.b, edge.lengthSquared}) {
-        digest.Add(number);
+std::uint64_t DigestOf(const Item& item) {
+    Digest digest;
+    switch (item.kind) {
+    case Kind::Cluster: {
+        ClusterRecord record;
+        GenerateCluster(ClusterKey(item.place), record);
+        return digest.Add(record).Value();
+    }
+    case Kind::Neighbors:
+        return digest.Add(ClusterBlock(item.place).Neighbors()).Value();
+    default:
+        return DungeonDigest(item.place, static_cast<std::size_t>(item.neighborCount));
     }
 }
 
-void Add(Digest& digest, const DungeonRoom& room);
-
-template <typename T>
-void Add(Digest& digest, const std::vector<T>& list) {
-    Add(digest, list.size());
-    for (const T& item : list) {
-        Add(digest, item);
-    }
+// A third near the start of the world, a third within it, a third anywhere in 32 bits, where ids
+// wrap.
+Vec2i DrawPlace(std::size_t index, Twister& rng) {
+    const std::int32_t reach = index % 3 == 0 ? 20 : 2000;
+    const bool anywhere = index % 3 == 2;
+    const std::int32_t x =
+        UniformInt(rng, anywhere ? kLowest : -reach, anywhere ? kHighest : reach);
+    const std::int32_t y =
+        UniformInt(rng, anywhere ? kLowest : -reach, anywhere ? kHighest : reach);
+    return {x, y};
 }
 
-void Add(Digest& digest, const DungeonRoom& room) {
-    for (const std::int32_t number : {room.x, room.y, room.w, room.h}) {
-        digest.Add(number);
+// The corners of the key space and both sides of the places where ids wrap; then so many drawn.
+std::vector<Item> SampleOf(Kind kind, std::size_t drawn) {
+    std::vector<Item> items;
+    for (const std::int32_t x : {kLowest, -65536, -1, 0, 65535, 134217727, kHighest}) {
+        for (const std::int32_t y : {kLowest, -2049, -1, 0, 1, 127, 2048, kHighest}) {
+            items.push_back({kind, {x, y}, kind == Kind::Dungeon ? 3 : 0});
+        }
     }
-    for (const Vec2i place : {room.center, room.minCorner, room.maxCorner}) {
-        Add(digest, place);
+    Twister rng(static_cast<std::uint32_t>(kind));
+    for (std::size_t i = 0; i < drawn; ++i) {
+        const Vec2i place = DrawPlace(i, rng);
+        items.push_back({kind, place, kind == Kind::Dungeon ? UniformInt(rng, 0, 9) : 0});
     }
-    Add(digest, room.spawnPoints);
+    return items;
 }
 
-// Eight tiles per step, the first in the lowest byte whatever the machine's order of bytes.
+template <typename... Values>
+std::string Line(const char* format, Values... values) {
+    char text[100];
+    std::snprintf(text, sizeof text, format, values...);
+    return text;
+}
+
+// Eight tiles a step, the first in the lowest byte whatever the machine's order of bytes.
 template <std::size_t count>
 void AddTiles(Digest& digest, const std::array<std::uint8_t, count>& tiles) {
     static_assert(count % 8 == 0);
     for (std::size_t i = 0; i < count; i += 8) {
         std::uint64_t word = 0;
         if constexpr (std::endian::native == std::endian::little) {
-            std::memcpy(&word, tiles.data() + i, 8);
+            std::memcpy(&word, tiles.data() + i, 8); // several times as fast
         } else {
             for (std::size_t k = 0; k < 8; ++k) {
-                word |= static_cast<std::uint64_t>(tiles[i + k]) << (8 * k);
+                word |= std::uint64_t{tiles[i + k]} << (8 * k);
             }
         }
-        digest.AddWord(word);
+        digest.Add(word);
     }
 }
 
 } // namespace
 
-std::uint64_t DigestOf(const ClusterRecord& record) {
-    Digest digest;
-    Add(digest, record.key);
-    Add(digest, record.cells.size());
-    for (const auto& [id, flag] : record.cells) {
-        digest.Add(id);
-        digest.Add(flag);
-    }
-    return digest.Value();
+void AddTo(Digest& digest, Vec2i v) {
+    digest.Add(v.x, v.y);
 }
 
-std::uint64_t DigestOf(const CellNeighborMap& neighbors) {
-    Digest digest;
-    Add(digest, neighbors.size());
-    for (const auto& [cell, list] : neighbors) {
-        Add(digest, cell);
-        Add(digest, list);
-    }
-    return digest.Value();
+void AddTo(Digest& digest, Vec2f v) {
+    digest.Add(v.x, v.y);
 }
 
-std::uint64_t DigestOf(const DungeonRecord& record) {
-    Digest digest;
-    Add(digest, record.rooms);
-    Add(digest, record.edges);
-    Add(digest, record.mainRooms);
-    Add(digest, record.hallwayEdges);
-    Add(digest, record.hallways);
-    Add(digest, record.adjacency.size());
-    for (const auto& [room, list] : record.adjacency) {
-        digest.AddWord(room);
-        Add(digest, list);
-    }
-    Add(digest, record.compassPoints);
+void AddTo(Digest& digest, const GridKey& key) {
+    digest.Add(key.x, key.y, key.id);
+}
+
+void AddTo(Digest& digest, const ClusterRecord& record) {
+    digest.Add(record.key, record.cells);
+}
+
+void AddTo(Digest& digest, const DungeonEdge& edge) {
+    digest.Add(edge.a, edge.b, edge.lengthSquared);
+}
+
+void AddTo(Digest& digest, const DungeonRoom& room) {
+    digest.Add(room.x, room.y, room.w, room.h, room.center, room.minCorner, room.maxCorner,
+               room.spawnPoints);
+}
+
+void AddTo(Digest& digest, const DungeonRecord& record) {
+    digest.Add(record.rooms, record.edges, record.mainRooms, record.hallwayEdges, record.hallways,
+               record.adjacency, record.compassPoints);
     AddTiles(digest, record.tiles);
-    return digest.Value();
-}
-
-CellNeighborMap NeighborsAround(Vec2i cluster) {
-    std::array<ClusterRecord, 9> records;
-    std::array<const ClusterRecord*, 9> pointers{};
-    for (std::int32_t i = 0; i < 9; ++i) {
-        const Vec2i offset = {i % 3 - 1, i / 3 - 1};
-        ClusterRecord& record = records[static_cast<std::size_t>(i)];
-        GenerateCluster(ClusterKey(cluster + offset), record);
-        pointers[static_cast<std::size_t>(i)] = &record;
-    }
-    CellNeighborMap neighbors;
-    BuildNeighborGraph(pointers.data(), 9, neighbors);
-    return neighbors;
-}
-
-std::uint64_t ClusterDigest(Vec2i cluster) {
-    ClusterRecord record;
-    GenerateCluster(ClusterKey(cluster), record);
-    return DigestOf(record);
-}
-
-std::uint64_t NeighborDigest(Vec2i cluster) {
-    return DigestOf(NeighborsAround(cluster));
 }
 
 std::uint64_t DungeonDigest(Vec2i cell, std::size_t neighborCount) {
     const auto record = std::make_unique<DungeonRecord>();
     GEN_DungeonGenerator().Generate(CellKey(cell), neighborCount, *record);
-    return DigestOf(*record);
+    return Digest().Add(*record).Value();
+}
+
+std::string SampleDigests() {
+    struct {
+        Kind kind;
+        std::size_t drawn;
+        const char* name;
+    } const parts[] = {{Kind::Cluster, 1944, "clusters"},
+                       {Kind::Neighbors, 444, "neighbors"},
+                       {Kind::Dungeon, 4944, "dungeons"}};
+    std::string text;
+    Digest whole;
+    for (const auto& [kind, drawn, name] : parts) {
+        const std::vector<Item> items = SampleOf(kind, drawn);
+        Digest sum;
+        for (const Item& item : items) {
+            sum.Add(DigestOf(item));
+        }
+        text += Line("%zu %s %016" PRIx64 "\n", items.size(), name, sum.Value());
+        whole.Add(sum.Value());
+    }
+    return text + Line("sample %016" PRIx64 "\n", whole.Value());
+}
+
+std::string GoldenDigests() {
+    std::string text =
+        "# Digests of generated records: kind, x, y, neighbours of a dungeon, digest.\n"
+        "# Written by: vesk_digest golden. A change means that existing worlds change.\n";
+    const char* const names[] = {"cluster", "neighbors", "dungeon"};
+    for (const Kind kind : {Kind::Cluster, Kind::Neighbors, Kind::Dungeon}) {
+        for (const Item& item : SampleOf(kind, 144)) {
+            text += Line("%s %" PRId32 " %" PRId32 " %" PRId32 " %016" PRIx64 "\n",
+                         names[static_cast<int>(kind)], item.place.x, item.place.y,
+                         item.neighborCount, DigestOf(item));
+        }
+    }
+    return text;
 }

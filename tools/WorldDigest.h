@@ -1,4 +1,4 @@
-// One number for a generated record, to compare worlds by.
+// One number for generated records, to compare worlds by, and two samples of the world.
 //
 // Two builds, machines or orders of generation make the same world when they make the same digests.
 // The game itself has no use for them; the digest tool and the tests do. No state; any thread may
@@ -7,36 +7,74 @@
 
 #include "gen/Clusters.h"
 #include "gen/DungeonRecord.h"
+#include "gen/GridKey.h"
 #include "gfx/Vec2.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <string>
+#include <type_traits>
 
-/// Takes in numbers one after the other; their order matters.
+/// Takes in values one after the other; their order matters. Takes integers, enumerations, floats
+/// (by their bits; every NaN is the same), pairs, lists (their size first), and what has a function
+/// `AddTo(Digest&, const T&)` in the namespace of its type.
 class Digest {
 public:
-    void Add(std::int32_t number) { AddWord(static_cast<std::uint32_t>(number)); }
-    void AddWord(std::uint64_t word) {
-        value = (value ^ word) * 0x9e3779b97f4a7c15u;
-        value ^= value >> 32;
+    template <typename... Values>
+    Digest& Add(const Values&... values) {
+        (AddOne(values), ...);
+        return *this;
     }
-    std::uint64_t Value() const { return value; }
+
+    std::uint64_t Value() const { return sum; }
 
 private:
-    std::uint64_t value = 0xcbf29ce484222325u;
+    template <typename T>
+    void AddOne(const T& value) {
+        if constexpr (requires { AddTo(*this, value); }) {
+            AddTo(*this, value);
+        } else if constexpr (requires { value.begin(); }) {
+            AddWord(value.size());
+            for (const auto& element : value) {
+                AddOne(element);
+            }
+        } else if constexpr (requires { value.first; }) {
+            Add(value.first, value.second);
+        } else if constexpr (std::is_same_v<T, float>) {
+            std::uint32_t bits = 0xffffffffu;
+            if (value == value) {
+                std::memcpy(&bits, &value, sizeof bits);
+            }
+            AddWord(bits);
+        } else {
+            AddWord(static_cast<std::uint64_t>(value) &
+                    ~std::uint64_t{0} >> (64 - 8 * sizeof value));
+        }
+    }
+
+    void AddWord(std::uint64_t word) {
+        sum = (sum ^ word) * 0x9e3779b97f4a7c15u;
+        sum ^= sum >> 32;
+    }
+
+    std::uint64_t sum = 0xcbf29ce484222325u;
 };
 
-/// Digests of everything that the records hold.
-std::uint64_t DigestOf(const ClusterRecord& record);
-std::uint64_t DigestOf(const CellNeighborMap& neighbors);
-std::uint64_t DigestOf(const DungeonRecord& record);
+void AddTo(Digest& digest, Vec2i v);
+void AddTo(Digest& digest, Vec2f v);
+void AddTo(Digest& digest, const GridKey& key);
+void AddTo(Digest& digest, const ClusterRecord& record);
+void AddTo(Digest& digest, const DungeonEdge& edge);
+void AddTo(Digest& digest, const DungeonRoom& room);
+void AddTo(Digest& digest, const DungeonRecord& record);
 
-/// Generates the 3 x 3 block of clusters around the one with these cluster coordinates, which wrap,
-/// and links its land cells.
-CellNeighborMap NeighborsAround(Vec2i cluster);
-
-/// The digests of what is generated for a cluster, for the block of clusters around one, and for a
-/// cell with a number of neighbours. Coordinates are those of the grid, y up.
-std::uint64_t ClusterDigest(Vec2i cluster);
-std::uint64_t NeighborDigest(Vec2i cluster);
+/// The digest of the dungeon of a cell (cell coordinates) with so many neighbours.
 std::uint64_t DungeonDigest(Vec2i cell, std::size_t neighborCount);
+
+/// A wide sample of clusters, neighbour maps and dungeons, keys that wrap included: a line with the
+/// number of records and a digest for each kind, then one for all.
+std::string SampleDigests();
+
+/// A smaller sample: a line for each record.
+std::string GoldenDigests();

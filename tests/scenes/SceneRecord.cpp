@@ -20,7 +20,7 @@ std::string Format(const char* format, Values... values) {
 
 template <typename... Values>
 std::string Short(const Values&... values) {
-    return Format("%04x", static_cast<unsigned>(Hasher().Add(values...).state >> 40U & 0xffffU));
+    return Format("%04x", static_cast<unsigned>(Digest().Add(values...).Value() >> 40U & 0xffffU));
 }
 
 // Watches the ticks of one word after the other.
@@ -44,7 +44,7 @@ public:
         if (!frames.empty()) {
             DescribeLastFrame();
         }
-        entries["ticks"] = Short(std::exchange(ticks, {}).state);
+        entries["ticks"] = Short(std::exchange(ticks, {}).Value());
         entries["frames"] = Short(frames);
         std::string said;
         for (const std::string& text : output.Take()) {
@@ -100,7 +100,7 @@ private:
     std::map<std::string, std::string> entries;
     std::map<std::string, std::string> written;            // by the lines so far
     std::map<std::string, std::vector<std::string>> kinds; // the last frame's calls
-    Hasher ticks;
+    Digest ticks;
     std::string frames;
     std::string lastFrame;
 };
