@@ -1,4 +1,5 @@
-// The 3 x 3 block of clusters around one, as the game has it while the player is in the middle one.
+// The 3 x 3 block of clusters around one: what the game knows while the player is in the middle
+// one.
 #pragma once
 
 #include "gen/Clusters.h"
@@ -10,24 +11,29 @@
 #include <cstdint>
 
 struct ClusterBlock {
-    std::array<ClusterRecord, 9> clusters;          ///< row by row, from the lowest
-    std::array<const ClusterRecord*, 9> pointers{}; ///< to them, for BuildNeighborGraph
+    std::array<ClusterRecord, 9> clusters; ///< row by row, from the lowest
 
     /// Generates the clusters; the coordinates are the middle one's, in clusters, and wrap.
     explicit ClusterBlock(Vec2i middle) {
         for (std::int32_t i = 0; i < 9; ++i) {
-            const auto index = static_cast<std::size_t>(i);
-            GenerateCluster(ClusterKey(middle + Vec2i{i % 3 - 1, i / 3 - 1}), clusters[index]);
-            pointers[index] = &clusters[index];
+            GenerateCluster(ClusterKey(middle + Vec2i{i % 3 - 1, i / 3 - 1}),
+                            clusters[static_cast<std::size_t>(i)]);
         }
     }
-    ClusterBlock(const ClusterBlock&) = delete; // it points into itself
-    ClusterBlock& operator=(const ClusterBlock&) = delete;
+
+    /// Where the clusters are, for BuildNeighborGraph.
+    std::array<const ClusterRecord*, 9> Pointers() const {
+        std::array<const ClusterRecord*, 9> pointers{};
+        for (std::size_t i = 0; i < 9; ++i) {
+            pointers[i] = &clusters[i];
+        }
+        return pointers;
+    }
 
     /// The graph of the block's land cells.
     CellNeighborMap Neighbors() const {
         CellNeighborMap neighbors;
-        BuildNeighborGraph(pointers.data(), 9, neighbors);
+        BuildNeighborGraph(Pointers().data(), 9, neighbors);
         return neighbors;
     }
 };

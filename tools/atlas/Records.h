@@ -1,12 +1,12 @@
 // What the pictures and the data files show: the generator's records, taken as the game takes them.
 #pragma once
 
+#include "ClusterBlock.h"
 #include "gen/Clusters.h"
 #include "gen/DungeonRecord.h"
 #include "gen/GridKey.h"
 #include "gfx/Vec2.h"
 
-#include <array>
 #include <cstdint>
 #include <limits>
 #include <memory>
@@ -28,7 +28,7 @@ public:
     /// The coordinates are the middle cluster's.
     explicit Block(Vec2i cluster);
 
-    const ClusterRecord& Middle() const { return clusters[4]; }
+    const ClusterRecord& Middle() const { return block.clusters[4]; }
     const CellNeighborMap& Neighbors() const { return neighbors; }
     /// The cells that the graph joins to a cell.
     std::vector<GridKey> NeighborsOf(const GridKey& cell) const;
@@ -36,7 +36,7 @@ public:
     bool IsLand(const GridKey& cell) const;
 
 private:
-    std::array<ClusterRecord, 9> clusters;
+    ClusterBlock block;
     CellNeighborMap neighbors;
 };
 
