@@ -4,13 +4,21 @@
 
 namespace {
 
+constexpr std::int32_t kShoal = 2; // pixels of shallow water around what would else be hard to see
+
 Tone ToneOf(std::uint8_t tile) {
     return tile == kTileRoom ? Tone::Room : tile == kTileHallway ? Tone::Hallway : Tone::Sea;
 }
 
+Tone BorderToneOf(std::uint8_t tile) {
+    return tile == kTileRoom ? Tone::Land : tile == kTileHallway ? Tone::Room : Tone::SeaShade;
+}
+
 } // namespace
 
-void CellView::DrawTiles(const DungeonRecord& dungeon) const {
+// The tiles that the picture shows.
+template <typename Call>
+void CellView::ForEachTile(const Call& call) const {
     const auto tileAt = [this](std::int32_t pixel) {
         return std::clamp(pixel * kCellTiles / side, 0, kCellTiles - 1);
     };
@@ -18,21 +26,46 @@ void CellView::DrawTiles(const DungeonRecord& dungeon) const {
     const Vec2i lowerRight{tileAt(picture.Width() - 1 - corner.x),
                            tileAt(picture.Height() - 1 - corner.y)};
     for (std::int32_t down = upperLeft.y; down <= lowerRight.y; ++down) {
-        const std::int32_t y = kCellTiles - 1 - down;
         for (std::int32_t x = upperLeft.x; x <= lowerRight.x; ++x) {
-            picture.Fill(AreaOf({x, y}, 1, 1), ToneOf(dungeon.TileAt(x, y)));
+            call(Vec2i{x, kCellTiles - 1 - down});
         }
     }
 }
 
+void CellView::DrawTiles(const DungeonRecord& dungeon) const {
+    ForEachTile([&](Vec2i tile) {
+        picture.Fill(AreaOf(tile, 1, 1), ToneOf(dungeon.TileAt(tile.x, tile.y)));
+    });
+}
+
+void CellView::DrawTileBorders(const DungeonRecord& dungeon) const {
+    ForEachTile([&](Vec2i tile) {
+        const Area area = AreaOf(tile, 1, 1);
+        const Tone tone = BorderToneOf(dungeon.TileAt(tile.x, tile.y));
+        picture.Fill({area.x, area.y, area.w, 1}, tone);
+        picture.Fill({area.x, area.y, 1, area.h}, tone);
+    });
+}
+
 void CellView::DrawShapes(const DungeonRecord& dungeon) const {
-    for (const DungeonRoom& hallway : dungeon.hallways) {
-        if (hallway.w > 0 && hallway.h > 0) {
-            picture.Fill(AreaOf(hallway), Tone::Hallway);
-        }
+    const auto shoal = [this](const DungeonRoom& room) {
+        const Area area = AreaOf(room);
+        picture.Fill({area.x - kShoal, area.y - kShoal, area.w + 2 * kShoal, area.h + 2 * kShoal},
+                     Tone::Grid);
+    };
+    std::vector<DungeonRoom> hallways(dungeon.hallways);
+    std::erase_if(hallways, [](const DungeonRoom& hallway) {
+        return hallway.w <= 0 || hallway.h <= 0; // covers no tile
+    });
+    std::for_each(hallways.begin(), hallways.end(), shoal);
+    for (const std::int32_t id : dungeon.mainRooms) {
+        shoal(dungeon.Room(id));
+    }
+    for (const DungeonRoom& hallway : hallways) {
+        picture.Fill(AreaOf(hallway), Tone::Shore);
     }
     for (const std::int32_t id : dungeon.mainRooms) {
-        picture.Fill(AreaOf(dungeon.Room(id)), Tone::Room);
+        picture.Fill(AreaOf(dungeon.Room(id)), Tone::Land);
     }
 }
 

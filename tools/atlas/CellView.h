@@ -30,11 +30,16 @@ public:
     void Fill(Tone tone) const { picture.Fill({corner.x, corner.y, side, side}, tone); }
     /// Each tile in its tone, sea included. With several tiles per pixel, see DrawShapes.
     void DrawTiles(const DungeonRecord& dungeon) const;
-    /// Corridors and main rooms as rectangles, each at least a pixel wide and high; no sea.
+    /// The upper and left edge of each tile in a tone that stands out from the tile's.
+    void DrawTileBorders(const DungeonRecord& dungeon) const;
+    /// Corridors and main rooms as rectangles, each at least a pixel wide and high, with shallow
+    /// water around them that may reach into other cells; no sea.
     void DrawShapes(const DungeonRecord& dungeon) const;
     void DrawOverlays(const DungeonRecord& dungeon, const Overlays& overlays) const;
 
 private:
+    template <typename Call>
+    void ForEachTile(const Call& call) const;
     std::int32_t Pixels(std::int32_t tiles) const { return tiles * side / kCellTiles; }
     Vec2i PointOf(Vec2i tile) const;
     Area AreaOf(Vec2i tile, std::int32_t w, std::int32_t h) const;

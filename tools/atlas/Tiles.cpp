@@ -12,6 +12,7 @@ constexpr std::int32_t kNamedClustersZoom = 3;
 constexpr std::int32_t kCellBordersZoom = 5;
 constexpr std::int32_t kShapesZoom = 6;
 constexpr std::int32_t kTilesZoom = 9;
+constexpr std::int32_t kTileBordersZoom = 12;
 
 // One picture in the making.
 class TileScene {
@@ -31,11 +32,15 @@ public:
         if (zoom >= kShapesZoom) {
             DrawLinks(first, last); // islands lie above
         }
-        ForEach(first, last, [this](Vec2i cluster) {
-            for (const Island& island : painter.IslandsOf(cluster)) {
-                DrawIsland(island);
-            }
-        });
+        const Vec2i beyond = Vec2i{1, 1} * (zoom < kTilesZoom ? 1 : 0); // whose shoals may reach in
+        ForEach((firstCell - beyond) / kClusterCells, (lastCell + beyond) / kClusterCells,
+                [this, beyond](Vec2i cluster) {
+                    for (const Island& island : painter.IslandsOf(cluster)) {
+                        if (IsWithin(island.cell, firstCell - beyond, lastCell + beyond)) {
+                            DrawIsland(island);
+                        }
+                    }
+                });
         if (zoom < kShapesZoom) {
             DrawLinks(first, last); // squares and names let no line through
         }
@@ -53,9 +58,8 @@ private:
         }
     }
 
-    bool Shows(Vec2i cell) const {
-        return cell.x >= firstCell.x && cell.x <= lastCell.x && cell.y >= firstCell.y &&
-               cell.y <= lastCell.y;
+    static bool IsWithin(Vec2i cell, Vec2i first, Vec2i last) {
+        return cell.x >= first.x && cell.x <= last.x && cell.y >= first.y && cell.y <= last.y;
     }
 
     // The upper left pixel of a cell.
@@ -77,13 +81,25 @@ private:
         const bool shaded =
             layers.clusters && zoom < kTilesZoom && (cluster.x + cluster.y) % 2 != 0;
         picture.Fill(area, shaded ? Tone::SeaShade : Tone::Sea);
-        if (layers.cells && zoom >= kCellBordersZoom) {
-            ForEach({std::max(first.x, firstCell.x), std::max(first.y, firstCell.y)},
-                    {std::min(last.x, lastCell.x), std::min(last.y, lastCell.y)},
-                    [this](Vec2i cell) { DrawCorner(AreaOf(cell, cell), Tone::SeaShade); });
+        const Tone line = shaded ? Tone::Sea : Tone::SeaShade;
+        if (layers.grid && zoom >= kTileBordersZoom) {
+            DrawGrid(area, side / kCellTiles, line);
+        } else if (layers.grid && zoom >= kCellBordersZoom) {
+            DrawGrid(area, side, line);
         }
         if (layers.clusters) {
             DrawCorner(area, Tone::Grid);
+        }
+    }
+
+    // The upper and left borders of the squares of an area, given their side in pixels.
+    void DrawGrid(Area area, std::int32_t pitch, Tone tone) {
+        const Vec2i begin{std::max(area.x, area.x % pitch), std::max(area.y, area.y % pitch)};
+        for (std::int32_t x = begin.x; x < std::min(area.x + area.w, kPictureSide); x += pitch) {
+            picture.Fill({x, area.y, 1, area.h}, tone);
+        }
+        for (std::int32_t y = begin.y; y < std::min(area.y + area.h, kPictureSide); y += pitch) {
+            picture.Fill({area.x, y, area.w, 1}, tone);
         }
     }
 
@@ -94,9 +110,6 @@ private:
     }
 
     void DrawIsland(const Island& island) {
-        if (!Shows(island.cell)) {
-            return;
-        }
         const Area area = AreaOf(island.cell, island.cell);
         if (zoom < kShapesZoom) {
             picture.Fill(area, Tone::Land);
@@ -111,6 +124,9 @@ private:
             view.DrawShapes(dungeon);
         } else {
             view.DrawTiles(dungeon);
+            if (layers.grid && zoom >= kTileBordersZoom) {
+                view.DrawTileBorders(dungeon);
+            }
         }
         view.DrawOverlays(dungeon, layers.overlays);
     }
@@ -120,7 +136,7 @@ private:
         if (!layers.links) {
             return;
         }
-        const float width = std::min(static_cast<float>(side) / 8.0f, 2.5f);
+        const float width = std::min(static_cast<float>(side) / 16.0f, 1.5f);
         ForEach(first - Vec2i{1, 1}, last + Vec2i{1, 1}, [this, width](Vec2i cluster) {
             for (const Island& island : painter.IslandsOf(cluster)) {
                 for (const Vec2i& neighbor : island.neighbors) {
@@ -135,17 +151,17 @@ private:
     void DrawNames(Vec2i cluster) {
         if (layers.clusters && zoom >= kNamedClustersZoom) {
             const Vec2i first = cluster * kClusterCells;
-            DrawName(CornerOf(first + Vec2i{0, kClusterCells - 1}), cluster);
+            DrawName(CornerOf(first + Vec2i{0, kClusterCells - 1}), cluster,
+                     zoom > kNamedClustersZoom ? 2 : 1);
         }
         if (layers.names && zoom >= kShapesZoom) {
             for (const Island& island : painter.IslandsOf(cluster)) {
-                DrawName(CornerOf(island.cell), island.cell);
+                DrawName(CornerOf(island.cell), island.cell, zoom > kShapesZoom ? 2 : 1);
             }
         }
     }
 
-    void DrawName(Vec2i corner, Vec2i coordinates) {
-        const std::int32_t dot = zoom > kShapesZoom ? 2 : 1;
+    void DrawName(Vec2i corner, Vec2i coordinates, std::int32_t dot) {
         picture.Text(corner + Vec2i{3 * dot, 3 * dot},
                      std::to_string(coordinates.x) + "," + std::to_string(coordinates.y), dot);
     }

@@ -32,7 +32,7 @@ bool HoldsWorld(const PicturePlace& place);
 struct Layers {
     bool links = false;    ///< lines between neighbouring islands
     bool clusters = false; ///< the clusters' borders, shades and coordinates
-    bool cells = false;    ///< the borders of all cells, from zoom 5 on
+    bool grid = false;     ///< the borders of cells, from zoom 5 on, and of tiles, from zoom 12 on
     bool names = false;    ///< the islands' cell coordinates, from zoom 6 on
     Overlays overlays;     ///< from zoom 6 on
 };

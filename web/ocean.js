@@ -1,0 +1,360 @@
+// The ocean as a map. Leaflet moves, zooms and asks for pictures; workers draw them with the game's
+// own generator. Leaflet's latitudes and longitudes are cell coordinates here, y up, and at zoom z a
+// cell is 2^z pixels wide.
+"use strict";
+
+const kCellSize = 12288; // world units
+const kTileSize = 24;
+const kCells = 174763; // along the world's side
+const kPictureSide = 256; // pixels
+const kFirstZoom = 2;
+const kLastZoom = 13;
+const kHome = { x: 80000, y: 43000, zoom: 6 }; // cell (6, 3), where the game begins
+const kIslandZoom = 8; // at which an island fits a small screen
+const kReach = 24; // pixels from a click to an island's square
+
+// In the order of the engine's bits.
+const kLayers = [
+    { name: "links", text: "Links between islands", color: "rgb(164,202,214)", on: true },
+    { name: "clusters", text: "Clusters", color: "rgb(62,124,163)", on: true },
+    { name: "grid", text: "Grid of cells and tiles", color: "rgb(30,90,129)", on: true },
+    { name: "names", text: "Islands' coordinates", color: "rgb(214,232,240)", on: true },
+    { name: "rooms", text: "Rooms", color: "rgb(255,255,0)" },
+    { name: "corridors", text: "Corridors", color: "rgb(255,0,0)" },
+    { name: "tree", text: "Spanning tree", color: "rgb(0,255,0)" },
+    { name: "markers", text: "Markers", color: "rgb(255,128,0)", on: true },
+    { name: "enemies", text: "Enemies", color: "rgb(255,0,255)" },
+    { name: "borders", text: "Islands' borders", color: "rgb(255,0,0)" },
+    { name: "triangulation", text: "Triangulation", color: "rgb(255,255,255)" },
+];
+
+const kWays = {
+    "0,1": "north", "1,1": "north-east", "1,0": "east", "1,-1": "south-east",
+    "0,-1": "south", "-1,-1": "south-west", "-1,0": "west", "-1,1": "north-west",
+};
+
+const element = (id) => document.getElementById(id);
+
+// A line for all, or only for those who have the page read to them.
+function say(text, isShown = true) {
+    element("say").textContent = text;
+    element("say").classList.toggle("heard", !isShown);
+}
+
+const grouped = (number) => Math.round(number).toLocaleString("en-US");
+
+// Workers, each with at most one job. Which of the waiting jobs is next is decided when a worker is
+// free, so that what has come into view first is drawn first.
+class Crew {
+    constructor(count, rank) {
+        this.rank = rank; // the lowest is next
+        this.jobs = new Set();
+        this.idle = [];
+        for (let i = 0; i < count; ++i) {
+            this.hire();
+        }
+    }
+
+    hire() {
+        const worker = new Worker("ocean-worker.js");
+        worker.onerror = () => say("This browser cannot draw the ocean: its generator did not start.");
+        worker.onmessage = ({ data }) => {
+            if (data.failed) {
+                worker.onerror();
+                return;
+            }
+            const { job } = worker;
+            worker.job = null;
+            this.idle.push(worker);
+            this.work();
+            if (job) {
+                job.resolve(data.result);
+            }
+        };
+    }
+
+    // A promise of the result, with the job, which `drop` takes back while it waits.
+    ask(what, values, more = {}) {
+        const job = { what, values, ...more };
+        job.result = new Promise((resolve) => { job.resolve = resolve; });
+        this.jobs.add(job);
+        this.work();
+        return job;
+    }
+
+    drop(job) {
+        this.jobs.delete(job);
+    }
+
+    work() {
+        while (this.idle.length > 0 && this.jobs.size > 0) {
+            let next = null;
+            let least = Infinity;
+            for (const job of this.jobs) {
+                const rank = this.rank(job);
+                if (rank < least) {
+                    [next, least] = [job, rank];
+                }
+            }
+            this.jobs.delete(next);
+            const worker = this.idle.pop();
+            worker.job = next;
+            worker.postMessage({ what: next.what, values: next.values });
+        }
+    }
+}
+
+const OceanLayer = L.GridLayer.extend({
+    initialize(crew, options) {
+        L.GridLayer.prototype.initialize.call(this, options);
+        this.crew = crew;
+        this.layers = 0;
+        this.shown = new Set();
+        this.on("tileunload", ({ tile }) => {
+            crew.drop(tile.job);
+            this.shown.delete(tile);
+        });
+    },
+
+    createTile(coords, done) {
+        const tile = L.DomUtil.create("canvas");
+        tile.width = kPictureSide;
+        tile.height = kPictureSide;
+        tile.coords = coords;
+        this.shown.add(tile);
+        this.paint(tile).then(() => done(null, tile));
+        return tile;
+    },
+
+    // A picture that is asked for again while an older one is drawn is painted once, with the last.
+    async paint(tile) {
+        const { x, y, z } = tile.coords;
+        if (tile.job) {
+            this.crew.drop(tile.job);
+        }
+        const job = this.crew.ask("draw", [z, x, -1 - y, this.layers], { coords: tile.coords });
+        tile.job = job;
+        const bytes = await job.result;
+        if (tile.job === job) {
+            const pixels = new ImageData(new Uint8ClampedArray(bytes), kPictureSide, kPictureSide);
+            tile.getContext("2d").putImageData(pixels, 0, 0);
+            tile.dataset.layers = job.values[3];
+        }
+    },
+
+    show(layers) {
+        this.layers = layers;
+        this.shown.forEach((tile) => this.paint(tile));
+    },
+});
+
+// Leaflet's plane without a globe, where a cell is one unit.
+const map = L.map("map", {
+    crs: L.CRS.Simple, minZoom: kFirstZoom, maxZoom: kLastZoom, zoomControl: false,
+    fadeAnimation: false, tap: false, maxBoundsViscosity: 0.8,
+    maxBounds: [[-40, -40], [kCells + 40, kCells + 40]],
+});
+L.control.zoom({ position: "bottomright" }).addTo(map);
+map.attributionControl.setPrefix('<a href="leaflet/LICENSE.txt">Leaflet</a>');
+
+// Questions come before pictures, pictures in view before those around it, the middle first.
+function rankOf(job) {
+    if (!job.coords) {
+        return -1;
+    }
+    const middle = map.getPixelBounds().getCenter().divideBy(kPictureSide);
+    const wrongZoom = job.coords.z === map.getZoom() ? 0 : 1e9;
+    return wrongZoom + middle.distanceTo(job.coords.add([0.5, 0.5]));
+}
+
+const crew = new Crew(Math.min(Math.max(navigator.hardwareConcurrency || 2, 1), 8), rankOf);
+const ocean = new OceanLayer(crew, {
+    tileSize: kPictureSide, minZoom: kFirstZoom, maxZoom: kLastZoom,
+    updateWhenIdle: false, updateWhenZooming: false, keepBuffer: 1,
+});
+const frame = L.rectangle([[0, 0], [1, 1]], { color: "#f4e4b0", weight: 2, fill: false, interactive: false });
+const visitor = L.circleMarker([0, 0], {
+    radius: 7, color: "#fff", weight: 2, fillColor: "#d33", fillOpacity: 1, interactive: false,
+});
+
+// World units and Leaflet's.
+const toMap = (x, y) => [y / kCellSize, x / kCellSize];
+const toWorld = ({ lat, lng }) => ({ x: Math.floor(lng * kCellSize), y: Math.floor(lat * kCellSize) });
+const middleOf = ([x, y]) => [y + 0.5, x + 0.5];
+const cellAt = ({ lat, lng }) => [Math.floor(lng), Math.floor(lat)];
+const isInWorld = (value) => value >= 0 && value < 2 ** 31;
+
+// The address bar: #x,y,zoom in world units. Without a zoom the place is marked.
+function readAddress() {
+    const parts = location.hash.slice(1).split(",").map(Number);
+    const isPlace = (parts.length === 2 || parts.length === 3) && parts.slice(0, 2).every(isInWorld);
+    const { x, y, zoom } = isPlace ? { x: parts[0], y: parts[1], zoom: parts[2] ?? kIslandZoom + 1 } : kHome;
+    if (isPlace && parts.length === 2) {
+        visitor.setLatLng(toMap(x, y)).addTo(map);
+    }
+    const shown = Number.isFinite(zoom) ? Math.round(zoom) : kHome.zoom;
+    map.setView(toMap(x, y), Math.min(Math.max(shown, kFirstZoom), kLastZoom), { animate: false });
+}
+
+function writeAddress() {
+    const { x, y } = toWorld(map.getCenter());
+    history.replaceState(null, "", `#${Math.max(x, 0)},${Math.max(y, 0)},${map.getZoom()}`);
+}
+
+function showScale() {
+    const tilePixels = 2 ** map.getZoom() / 512;
+    const most = 140 / tilePixels;
+    const power = 10 ** Math.floor(Math.log10(most));
+    const tiles = [5, 2, 1].find((step) => step * power <= most) * power;
+    element("scale").lastElementChild.style.width = `${tiles * tilePixels}px`;
+    element("scale").firstElementChild.textContent =
+        `${grouped(tiles)} ${tiles === 1 ? "tile" : "tiles"} = ${grouped(tiles * kTileSize)} units`;
+}
+
+function showPlace(latlng) {
+    const { x, y } = toWorld(latlng);
+    const [column, row] = cellAt(latlng);
+    element("where").textContent = isInWorld(x) && isInWorld(y)
+        ? `${grouped(x)}, ${grouped(y)} · cell ${column}, ${row} · cluster ${column >> 4}, ${row >> 4}`
+        : "beyond the world";
+}
+
+const nameOf = ([x, y]) => `${x}, ${y}`;
+let chosen = null;
+
+function linkTo(cell) {
+    const link = document.createElement("a");
+    link.textContent = nameOf(cell);
+    const [lat, lng] = middleOf(cell);
+    link.href = `#${lng * kCellSize},${lat * kCellSize},${kIslandZoom}`;
+    link.addEventListener("click", (event) => {
+        event.preventDefault();
+        visit(cell);
+    });
+    return link;
+}
+
+async function choose(cell) {
+    chosen = cell;
+    const island = await crew.ask("island", cell).result;
+    if (chosen !== cell) {
+        return; // another was chosen meanwhile
+    }
+    element("island").hidden = !island;
+    if (!island) {
+        frame.remove();
+        say(`No island in cell ${nameOf(cell)}, only water.`);
+        return;
+    }
+    element("name").textContent = `Island ${nameOf(cell)}`;
+    for (const fact of ["rooms", "corridors", "enemies", "markers"]) {
+        element(fact).textContent = island[fact];
+    }
+    element("sail").hidden = !island.anchorage;
+    if (island.anchorage) {
+        const [x, y] = island.anchorage;
+        element("sail").href = `index.html?x=${x}&y=${y}&zoom=1`;
+    }
+    element("neighbors").replaceChildren(...island.neighbors.map(linkTo));
+    frame.setBounds([[cell[1], cell[0]], [cell[1] + 1, cell[0] + 1]]).addTo(map);
+    say(`Island ${nameOf(cell)}: ${island.rooms} rooms, ${island.enemies} enemies, `
+        + `${island.neighbors.length} neighbours.`, false);
+}
+
+// Moves to an island, into the part of the map that the panel leaves free on narrow screens.
+async function visit(cell, zoom = Math.max(map.getZoom(), kFirstZoom + 2)) {
+    await choose(cell);
+    const { top, width, height } = element("panel").getBoundingClientRect();
+    const hidden = width >= window.innerWidth && top > 0 ? height : 0;
+    const middle = map.project(middleOf(cell), zoom).add([0, hidden / 2]);
+    map.setView(map.unproject(middle, zoom), zoom);
+}
+
+// The island whose square is no further than kReach pixels from a place.
+async function pick(latlng) {
+    const cell = cellAt(latlng);
+    const nearest = await crew.ask("find", [...cell, 0, 0]).result;
+    const [x, y] = nearest ?? cell;
+    const gap = (value, low) => Math.max(low - value, 0, value - low - 1);
+    const pixels = Math.hypot(gap(latlng.lng, x), gap(latlng.lat, y)) * 2 ** map.getZoom();
+    return choose(nearest && pixels <= kReach ? nearest : cell);
+}
+
+async function next(way) {
+    const from = chosen && map.getBounds().contains(middleOf(chosen)) ? chosen : cellAt(map.getCenter());
+    const found = await crew.ask("find", [...from, ...way.split(",").map(Number)]).result;
+    if (!found) {
+        say(`No island near in the ${kWays[way]}.`);
+        return;
+    }
+    await visit(found);
+}
+
+function search(text) {
+    const wanted = text.trim().toLowerCase().replace(/\s+/g, " ");
+    const heading = wanted.replace(/^next( island)?( to the)? ?/, "").replace(/^(north|south)[ -]?(?=east|west)/, "$1-");
+    const way = Object.keys(kWays).find((key) => kWays[key] === heading);
+    if (way) {
+        return next(way);
+    }
+    const [, cell, ...parts] = wanted.match(/^(cell |island )?\(?(\d+)(?:\s*,\s*|\s+)(\d+)\)?$/) ?? [];
+    const numbers = parts.map(Number);
+    if (numbers.length === 0 || !numbers.every(isInWorld)) {
+        say('Write a cell as "6, 3", a place in world units, or "next island north-east".');
+        return Promise.resolve();
+    }
+    // World units below 12,288 all lie in cell (0, 0), so small numbers are taken for cells.
+    const most = cell ? kCells : kCellSize;
+    if (numbers.every((number) => number < most)) {
+        return visit(numbers, Math.max(map.getZoom(), kIslandZoom));
+    }
+    map.setView(toMap(...numbers), Math.max(map.getZoom(), kIslandZoom + 1));
+    visitor.setLatLng(toMap(...numbers)).addTo(map);
+    say(`At ${grouped(numbers[0])}, ${grouped(numbers[1])} world units.`);
+    return Promise.resolve();
+}
+
+function showLayers() {
+    const bits = [...document.querySelectorAll("#layers input")]
+        .reduce((sum, box, i) => sum + (box.checked ? 2 ** i : 0), 0);
+    ocean.show(bits);
+}
+
+for (const { name, text, color, on } of kLayers) {
+    const label = document.createElement("label");
+    const box = Object.assign(document.createElement("input"), { type: "checkbox", name, checked: Boolean(on) });
+    const sample = document.createElement("i");
+    sample.style.background = color;
+    label.append(box, text, sample);
+    box.addEventListener("change", showLayers);
+    document.querySelector("#layers fieldset").append(label);
+}
+element("layers").open = window.innerHeight > 800 && window.innerWidth > 640;
+
+map.on("moveend zoomend", () => { writeAddress(); showScale(); showPlace(map.getCenter()); });
+map.on("mousemove", ({ latlng }) => showPlace(latlng));
+map.on("mouseout", () => showPlace(map.getCenter()));
+map.on("click", ({ latlng }) => pick(latlng));
+element("map").addEventListener("keydown", (event) => {
+    if (event.key === "Enter") {
+        pick(map.getCenter());
+    }
+});
+document.addEventListener("keydown", (event) => {
+    if (event.key === "/" && event.target.tagName !== "INPUT") {
+        event.preventDefault();
+        element("place").focus();
+    }
+});
+element("search").addEventListener("submit", (event) => {
+    event.preventDefault();
+    search(element("place").value);
+});
+for (const button of document.querySelectorAll("#compass button")) {
+    button.addEventListener("click", () => next(button.dataset.way));
+}
+window.addEventListener("hashchange", readAddress);
+
+readAddress();
+showLayers();
+ocean.addTo(map);
