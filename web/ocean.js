@@ -3,6 +3,7 @@
 // cell is 2^z pixels wide.
 "use strict";
 
+const kHere = document.currentScript.src;
 const kCellSize = 12288; // world units
 const kTileSize = 24;
 const kCells = 174763; // along the world's side
@@ -56,7 +57,7 @@ class Crew {
     }
 
     hire() {
-        const worker = new Worker("ocean-worker.js");
+        const worker = new Worker(new URL("ocean-worker.js", kHere));
         worker.onerror = () => say("This browser cannot draw the ocean: its generator did not start.");
         worker.onmessage = ({ data }) => {
             if (data.failed) {
@@ -155,7 +156,8 @@ const map = L.map("map", {
     maxBounds: [[-40, -40], [kCells + 40, kCells + 40]],
 });
 L.control.zoom({ position: "bottomright" }).addTo(map);
-map.attributionControl.setPrefix('<a href="leaflet/LICENSE.txt">Leaflet</a>');
+const kLicence = new URL("leaflet-licence.txt", kHere);
+map.attributionControl.setPrefix(`<a href="${kLicence}">Leaflet</a>, <a href="licences.txt">licences</a>`);
 
 // Questions come before pictures, pictures in view before those around it, the middle first.
 function rankOf(job) {
@@ -196,9 +198,14 @@ function readAddress() {
     map.setView(toMap(x, y), Math.min(Math.max(shown, kFirstZoom), kLastZoom), { animate: false });
 }
 
+// Once the map rests: browsers take only so many changes of the address.
+let writing = 0;
 function writeAddress() {
-    const { x, y } = toWorld(map.getCenter());
-    history.replaceState(null, "", `#${Math.max(x, 0)},${Math.max(y, 0)},${map.getZoom()}`);
+    clearTimeout(writing);
+    writing = setTimeout(() => {
+        const { x, y } = toWorld(map.getCenter());
+        history.replaceState(null, "", `#${Math.max(x, 0)},${Math.max(y, 0)},${map.getZoom()}`);
+    }, 200);
 }
 
 function showScale() {
