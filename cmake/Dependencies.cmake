@@ -1,4 +1,23 @@
-# Libraries from the system, found through their own CMake or pkg-config files.
+# Libraries from the system, found through their own CMake or pkg-config files; for other targets those that
+# scripts/lib/build-libraries made, under the same names.
+set(VESK_LIBRARIES "" CACHE PATH "Folder of static libraries to use instead of the system's")
+if(VESK_LIBRARIES)
+    function(vesk_static_library name)
+        add_library(${name} INTERFACE IMPORTED)
+        target_include_directories(${name} INTERFACE ${VESK_LIBRARIES}/include)
+        list(TRANSFORM ARGN PREPEND ${VESK_LIBRARIES}/lib/lib)
+        list(TRANSFORM ARGN APPEND .a)
+        target_link_libraries(${name} INTERFACE ${ARGN})
+    endfunction()
+    # Each before those that it calls.
+    vesk_static_library(PkgConfig::SDL2_IMAGE SDL2_image SDL2)
+    vesk_static_library(PkgConfig::SDL2_TTF SDL2_ttf freetype SDL2)
+    vesk_static_library(SDL2::SDL2 SDL2)
+    vesk_static_library(PkgConfig::SIMPLEINI)
+    # Its functions come with the header, into the one file that includes it.
+    target_compile_definitions(PkgConfig::SIMPLEINI INTERFACE SI_IMPLEMENTATION)
+    return()
+endif()
 find_package(SDL2 REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(SDL2_IMAGE REQUIRED IMPORTED_TARGET SDL2_image)

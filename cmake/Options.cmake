@@ -44,5 +44,7 @@ if(VESK_BUILD_FUZZ)
     target_compile_options(vesk_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-find_package(Threads REQUIRED)
-target_link_libraries(vesk_options INTERFACE Threads::Threads)
+if(NOT EMSCRIPTEN) # a page without threads needs nothing special of its server
+    find_package(Threads REQUIRED)
+    target_link_libraries(vesk_options INTERFACE Threads::Threads)
+endif()

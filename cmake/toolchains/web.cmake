@@ -1,8 +1,4 @@
-# Builds for browsers with Debian's emscripten.
-if(NOT EXISTS /usr/share/emscripten)
-    message(FATAL_ERROR "emscripten is not there")
-endif()
-# Debian keeps here what the linker's scripts need, where only Debian's own node looks; compilers run while
-# CMake configures, and later from Ninja.
+# Builds for browsers with Debian's emscripten. What links needs NODE_PATH=/usr/share/nodejs in its environment:
+# the linker's scripts find their parts there, but only Debian's own node looks for them.
 set(ENV{NODE_PATH} /usr/share/nodejs)
 include(/usr/share/emscripten/cmake/Modules/Platform/Emscripten.cmake)

@@ -31,6 +31,19 @@ void CMN_TaskManager::AddTask(std::function<void()> job) {
     condition.Signal();
 }
 
+void CMN_TaskManager::RunOne() {
+    std::function<void()> job;
+    {
+        const MutexLock lock(mutex);
+        if (tasks.empty()) {
+            return;
+        }
+        job = std::move(tasks.front());
+        tasks.pop_front();
+    }
+    job();
+}
+
 void CMN_TaskManager::Stop() {
     std::list<std::function<void()>> dropped;
     {

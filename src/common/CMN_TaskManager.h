@@ -30,6 +30,10 @@ public:
     /// after Stop the job is dropped.
     void AddTask(std::function<void()> job) VESK_EXCLUDES(mutex);
 
+    /// Runs the oldest pending job on the calling thread, if there is one, and never waits. For a
+    /// program without workers, which calls it between passes.
+    void RunOne() VESK_EXCLUDES(mutex);
+
     /// Drops the pending jobs, lets the running ones finish and joins the workers. Afterwards no
     /// job runs or starts. Main thread; a second call does nothing.
     void Stop() VESK_EXCLUDES(mutex);

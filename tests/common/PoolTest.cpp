@@ -48,6 +48,22 @@ TEST(PoolTest, EveryWorkerRunsAJobAtTheSameTime) {
     }
 }
 
+TEST(PoolTest, WithoutWorkersTheCallerRunsOneJobAtATimeInTheOrderAdded) {
+    std::vector<int> order;
+    CMN_TaskManager pool;
+    ASSERT_TRUE(pool.Init(1));
+    pool.AddTask([&] {
+        order.push_back(1);
+        pool.AddTask([&order] { order.push_back(3); });
+    });
+    pool.AddTask([&order] { order.push_back(2); });
+    for (std::size_t ran = 0; ran <= 3; ++ran) {
+        EXPECT_EQ(order.size(), ran);
+        pool.RunOne(); // without a job at last
+    }
+    EXPECT_EQ(order, (std::vector{1, 2, 3}));
+}
+
 TEST(PoolTest, NoWorkerMissesTheStop) {
     EXPECT_FALSE(CMN_TaskManager().Init(0)) << "an unknown machine";
     for (std::uint32_t round = 0; round < 400; ++round) {
