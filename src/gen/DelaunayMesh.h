@@ -35,62 +35,49 @@ constexpr std::size_t SecondEnd(std::size_t side) {
     return side == kAB ? 1 : 2;
 }
 
-/// A side of a certain triangle, in one word; negative for none. From the lowest bit: the side
-/// (two bits), whether the edge is settled (one), the triangle.
+/// A side of a certain triangle, in one word: the side in the two lowest bits, above them the
+/// triangle. Negative for none.
 using HalfEdge = std::int32_t;
 
-inline constexpr HalfEdge kSettled = 4; ///< no flip is due while the edge's two triangles stay
 inline constexpr std::size_t kSeedPoints = 3;
 
 constexpr HalfEdge MakeHalfEdge(std::int32_t triangle, std::size_t side) {
-    return 8 * triangle + static_cast<HalfEdge>(side);
-}
-constexpr HalfEdge Unsettled(HalfEdge edge) {
-    return edge & ~kSettled;
+    return 4 * triangle + static_cast<HalfEdge>(side);
 }
 constexpr std::int32_t TriangleOf(HalfEdge edge) {
-    return edge >> 3; // -1 for none
+    return edge >> 2; // -1 for none
 }
 constexpr std::size_t SideOf(HalfEdge edge) {
     return static_cast<std::size_t>(edge & 3);
 }
 
-/// As small as can be: where there are many, flipping them takes as long as fetching them.
+/// 24 bytes, because flips of a large mesh wait for memory.
 struct MeshTriangle {
     std::array<std::int32_t, 3> corner; ///< positions of a, b and c
     std::array<HalfEdge, 3> twin;       ///< by side: the same edge as the triangle across has it
 
     std::int32_t Across(std::size_t side) const { return TriangleOf(twin[side]); }
-    std::array<std::int32_t, 3> Neighbors() const { return {Across(0), Across(1), Across(2)}; }
-
-    /// All that decides what a flip does.
-    bool operator==(const MeshTriangle& other) const {
-        return corner == other.corner && Neighbors() == other.Neighbors();
-    }
 };
 
 struct DelaunayMesh {
     std::vector<Vec2f> places;       ///< by position
     std::vector<std::int32_t> names; ///< by position: the last position with the same id
     std::vector<MeshTriangle> triangles;
-    /// All ids differ, so a half-edge and its twin name each other. Otherwise a twin may lead
-    /// astray.
-    bool idsDiffer = true;
+    bool idsDiffer = true; ///< then twins are mutual; otherwise they may not be
 
-    /// Whether every twin leads back and has the same ends.
+    /// Whether every side's twin has that side for its twin, and the same ends.
     bool IsSound() const {
-        const auto ends = [](const MeshTriangle& triangle, std::size_t side) {
-            return std::minmax({triangle.corner[FirstEnd(side)], triangle.corner[SecondEnd(side)]});
+        const auto ends = [this](HalfEdge edge) {
+            const std::array<std::int32_t, 3>& corner = triangles[At(TriangleOf(edge))].corner;
+            return std::minmax(corner[FirstEnd(SideOf(edge))], corner[SecondEnd(SideOf(edge))]);
         };
         bool sound = true;
-        for (std::size_t t = 0; t < triangles.size(); ++t) {
+        for (std::int32_t t = 0; t < static_cast<std::int32_t>(triangles.size()); ++t) {
             for (const std::size_t side : {kBC, kAC, kAB}) {
-                const auto [p, q] = ends(triangles[t], side);
-                const HalfEdge twin = triangles[t].twin[side];
-                const MeshTriangle& other = triangles[twin < 0 ? t : At(TriangleOf(twin))];
-                const std::size_t back = SideOf(twin);
-                sound &= twin < 0 ||
-                         (At(other.Across(back)) == t && ends(other, back) == std::pair(p, q));
+                const HalfEdge edge = MakeHalfEdge(t, side);
+                const HalfEdge twin = triangles[At(t)].twin[side];
+                sound &= twin < 0 || (triangles[At(TriangleOf(twin))].twin[SideOf(twin)] == edge &&
+                                      ends(twin) == ends(edge));
             }
         }
         return sound;
@@ -104,7 +91,7 @@ void InsertPoints(const std::vector<DelaunayPoint>& points, DelaunayMesh& mesh);
 
 /// Makes the triangulation Delaunay. Two triangles that share an edge form a quad; a flip cuts it
 /// along the other diagonal. Passes over the triangles test every edge and flip where the swap test
-/// says so; the list of those that a pass rewrote is what the following pass looks at, unless it
-/// has more entries than maxListed plus 4 per triangle. Returns the result of `Triangulate`: 1, or
-/// -3 or -4 after adjacency that does not lead back, having said so on standard error.
-std::int32_t FlipTriangles(DelaunayMesh& mesh, std::size_t maxListed);
+/// says so. Each further pass looks at the list of triangles that the last one has rewritten,
+/// unless it has more than 65,536 entries plus 4 per triangle. Returns the result of `Triangulate`:
+/// 1, or -3 or -4 after adjacency that does not lead back, having said so on standard error.
+std::int32_t FlipTriangles(DelaunayMesh& mesh);

@@ -218,14 +218,11 @@ void WriteTriangles(const Points& points, const DelaunayMesh& mesh, const Circle
 } // namespace
 
 std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
-                         std::vector<DelaunayTriangle>& triangles, std::size_t limit) {
+                         std::vector<DelaunayTriangle>& triangles) {
     const auto usable =
         static_cast<std::size_t>(std::count_if(points.begin(), points.end(), IsUsable));
     if (usable < kSeedPoints) {
         std::cerr << "less than 3 points, aborting \n";
-        return -1;
-    }
-    if (usable > limit) {
         return -1;
     }
     triangles.clear();
@@ -243,7 +240,7 @@ std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
     DelaunayMesh mesh = MakeMesh(points, usable);
     InsertPoints(points, mesh);
     std::cerr << "of triangles " + std::to_string(mesh.triangles.size()) + " to be flipped. \n";
-    const std::int32_t result = FlipTriangles(mesh, limit / 2);
+    const std::int32_t result = FlipTriangles(mesh);
     WriteTriangles(points, mesh, seed.circle, triangles);
     return result;
 }

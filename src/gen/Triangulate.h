@@ -55,15 +55,14 @@ struct DelaunayTriangle {
 ///
 /// Returns
 /// - 1 on success;
-/// - -1 for fewer than three usable points, or (without a message) for more than limit, so that a
-///   half-edge fits its 32 bits; both lists stay as they are;
+/// - -1 for fewer than three usable points (both lists stay as they are);
 /// - -2 when no third point makes a circle with the first two, as for points on one line (the
 ///   points are left sorted by distance from the first, as their sort keys say);
 /// - -3 or -4 when the first or a later pass of flips found adjacency that is not mutual, which
 ///   only repeated ids can cause (the triangles stay as they were at that moment).
-/// Reports progress and problems on standard error.
+/// Reports progress and problems on standard error. Takes up to 2^28 points.
 ///
-/// What unusual points get:
+/// Degenerate input:
 /// - A negative id, or a coordinate that is not a finite number: not usable. Such points are left
 ///   out and stand behind the others in the caller's order, with an infinite sort key.
 /// - A point equal to another in x and y: the one that comes first in the caller's list is used,
@@ -73,9 +72,7 @@ struct DelaunayTriangle {
 ///   position of the last of them in the final order.
 /// - Any id from 0 to 2^31 - 1 is fine and costs no more than a small one.
 ///
-/// Rounding can make triangles flip back and forth, and the list of triangles to look at then grows
-/// up to twice as long in every pass. The passes over it end when those left would change nothing,
-/// or when it has more entries than limit / 2 plus 4 per triangle; the hull's pass still follows.
+/// Rounding can make triangles flip back and forth without end. A list of triangles to look at again
+/// is therefore left when it has more than 65,536 entries plus 4 per triangle.
 std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
-                         std::vector<DelaunayTriangle>& triangles,
-                         std::size_t limit = std::size_t{1} << 27);
+                         std::vector<DelaunayTriangle>& triangles);

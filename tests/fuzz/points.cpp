@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         point.y = coordinate();
     }
     std::vector<DelaunayTriangle> triangles;
-    const std::int32_t result = Triangulate(points, triangles, 1U << 20);
+    const std::int32_t result = Triangulate(points, triangles);
     Require(result == 1 || (result <= -1 && result >= -4));
     Require(!distinctIds || result >= -2);
     for (const DelaunayTriangle& t : triangles) {

@@ -71,8 +71,7 @@ void Spoil(Points& points, Twister& rng) {
 // triangles.
 std::string Outcome(Points& points, std::vector<DelaunayTriangle>& triangles) {
     ErrorLines errors;
-    // Flips that do not end soon need not go on here.
-    const std::int32_t result = Triangulate(points, triangles, 1U << 19);
+    const std::int32_t result = Triangulate(points, triangles);
     std::string text = std::to_string(result) + ' ' + errors.Take();
     for (const DelaunayPoint& p : points) {
         text += std::to_string(p.id) + ' ';
@@ -116,11 +115,6 @@ TEST(TriangulateTest, FollowsItsRulesOnSmallSets) {
         Points points = PointsAt(c.places);
         EXPECT_EQ(Outcome(points, triangles), c.outcome);
     }
-    ErrorLines quiet;
-    Points tooMany = PointsAt({{0, 0}, {1, 0}, {0, 1}, {1, 1}});
-    EXPECT_EQ(Triangulate(tooMany, triangles, 3), -1);
-    // Left as they are, without a word.
-    EXPECT_TRUE(triangles.size() == 2 && quiet.Take().empty());
     EXPECT_FLOAT_EQ(triangles[0].centreX, 0.5f);
     EXPECT_FLOAT_EQ(triangles[0].centreY, 0.5f);
     EXPECT_FLOAT_EQ(triangles[0].radiusSq, 0.5f);
@@ -151,16 +145,6 @@ TEST(TriangulateTest, DoesWithManySetsWhatIsRecorded) {
                          std::to_string(most) + ' ' + std::to_string(digest.Value()) + '\n';
             }
         }
-    }
-    std::ifstream nearLines(VESK_TESTS "/data/near_lines.txt");
-    for (std::string sharp, name; nearLines >> sharp >> name; nearLines.clear()) {
-        nearLines.ignore(200, '\n');
-        std::vector<Place> places;
-        for (Place at; nearLines >> at.first >> at.second; places.push_back(at)) {
-        }
-        Digest digest;
-        AddOutcome(PointsAt(places), digest);
-        found += name + ' ' + std::to_string(digest.Value()) + '\n';
     }
     EXPECT_EQ(FirstDifference(ReadFile(VESK_TESTS "/data/triangulate_golden.txt"), found), "");
     WriteFound("triangulate_golden.txt", found);
