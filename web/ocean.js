@@ -10,7 +10,7 @@ const kCells = 174763; // along the world's side
 const kPictureSide = 256; // pixels
 const kFirstZoom = 2;
 const kLastZoom = 13;
-const kHome = { x: 80000, y: 43000, zoom: 6 }; // cell (6, 3), where the game begins
+const kHome = { x: 92000, y: 190000, zoom: 6 }; // cell (7, 15), where the game begins
 const kIslandZoom = 8; // at which an island fits a small screen
 const kReach = 24; // pixels from a click to an island's square
 

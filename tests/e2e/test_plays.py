@@ -34,8 +34,8 @@ def test_from_the_shipped_start_ashore_and_back_to_map_and_menu(folder):
     with Game(folder) as game:
         game.wait(lambda picture: SHIP.is_at(picture, START), "the ship lies off an island")
         first = game.settle("shipped_start")
-        assert ENEMY.is_at(first, (1008, 336)) and ENEMY.is_at(first, (360, 408))
-        assert MARKER.is_at(first, (960, 240))
+        assert ENEMY.is_at(first, (960, 336)) and ENEMY.is_at(first, (1200, 408))
+        assert MARKER.is_at(first, (1128, 336))
         assert 0.8 < ROSE.likeness(first, (1211, 69)) < 1.0, "with islands on it"
 
         game.wait(lambda picture: FIGURE.seek(picture, START[1]), "a figure walks ashore", "d")
