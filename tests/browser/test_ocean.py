@@ -1,0 +1,142 @@
+"""The ocean's page: its pictures against those of vesk_atlas, and what one can do there."""
+
+import base64
+import io
+import json
+import os
+import random
+import subprocess
+
+import pytest
+from PIL import Image
+from selenium.webdriver.common.by import By
+from selenium.webdriver.common.keys import Keys
+from selenium.webdriver.support.ui import WebDriverWait
+
+from conftest import ROOT
+
+OVERLAYS = {"rooms", "corridors", "tree", "markers", "enemies", "borders", "triangulation"}
+LAYERS = {"links", "clusters", "grid", "names"} | OVERLAYS
+DRAWN = """const [done] = arguments; (function look() {
+    const tiles = [...ocean.shown].filter(({coords}) => coords.z === map.getZoom());
+    const ready = tiles.length > 0 && crew.jobs.size === 0
+        && tiles.every(({dataset}) => Number(dataset.layers) === ocean.layers);
+    ready ? done(tiles.map((tile) => [tile.coords, tile.toDataURL().split(",")[1]])) : setTimeout(look, 5);
+})();"""
+
+
+def atlas(command, *more):
+    program = os.environ.get("VESK_ATLAS", ROOT / "build/release/bin/vesk_atlas")
+    subprocess.run([program, *command.split(), *more], check=True)
+
+
+def show(chromium, site, x, y, zoom, layers=None):
+    """Opens the page at a place in cells; gives its pictures by column and row, north up."""
+    chromium.get("about:blank")
+    chromium.get(f"{site}/ocean.html#{int(x * 12288)},{int(y * 12288)},{zoom}")
+    if layers is not None:
+        chromium.execute_script("""for (const box of document.querySelectorAll("#layers input")) {
+            box.checked = arguments[0].includes(box.name); } showLayers();""", list(layers))
+    return pictures(chromium)
+
+
+def pictures(chromium):
+    return {(at["x"], -1 - at["y"]): Image.open(io.BytesIO(base64.b64decode(png))).convert("RGB")
+            for at, png in chromium.execute_async_script(DRAWN)}
+
+
+def text(chromium, name):
+    return chromium.find_element(By.ID, name).text
+
+
+def wait(chromium, condition):
+    return WebDriverWait(chromium, 20).until(lambda _: condition())
+
+
+def search(chromium, words):
+    chromium.find_element(By.ID, "place").clear()
+    chromium.find_element(By.ID, "place").send_keys(words, Keys.ENTER)
+
+
+# From zoom 9 on a cell's pictures are cut out of what another command draws as one.
+@pytest.mark.parametrize("zoom", [9, 11, 13])
+def test_tiles_are_those_of_a_drawn_cell(chromium, site, zoom, tmp_path):
+    atlas(f"cell 6 3 --overlay all --scale {2 ** (zoom - 9)}", "-o", tmp_path / "cell.png")
+    with Image.open(tmp_path / "cell.png") as file:
+        cell = file.convert("RGB")
+    side, compared = 2 ** zoom // 256, 0
+    for (column, row), picture in show(chromium, site, 6.15, 3.6, zoom, OVERLAYS).items():
+        x, y = column - 6 * side, 4 * side - 1 - row
+        if 0 <= x < side and 0 <= y < side:
+            assert picture.tobytes() == cell.crop(
+                (256 * x, 256 * y, 256 * x + 256, 256 * y + 256)).tobytes(), (column, row)
+            compared += 1
+    assert compared >= 4
+
+
+def test_layers_change_pictures_and_back(chromium, site):
+    first = show(chromium, site, 13.5, 13.5, 6, [])
+    seen = {tuple(picture.tobytes() for picture in first.values())}
+    for number, name in enumerate(sorted(LAYERS), 1):
+        box = chromium.find_element(By.NAME, name)
+        chromium.execute_script("arguments[0].click()", box)
+        seen.add(tuple(picture.tobytes() for picture in pictures(chromium).values()))
+        assert len(seen) == number + 1, name
+        chromium.execute_script("arguments[0].click()", box)
+        assert pictures(chromium) == first
+
+
+def test_island_tells_its_facts_and_the_ship_sails_from_it(chromium, site, tmp_path):
+    atlas("cell 6 3", "-o", tmp_path / "p.png", "--json", tmp_path / "p.json")
+    cell = json.loads((tmp_path / "p.json").read_text())["cells"][0]
+    show(chromium, site, 6.5, 3.5, 5)
+    chromium.find_element(By.ID, "map").send_keys(Keys.ENTER)
+    wait(chromium, lambda: text(chromium, "name") == "Island 6, 3")
+    facts = {name: int(text(chromium, name)) for name in ("rooms", "corridors", "enemies", "markers")}
+    dungeon = cell["dungeon"]
+    assert facts == {
+        "rooms": len(dungeon["mainRooms"]), "corridors": len(dungeon["hallways"]),
+        "enemies": sum(len(room["spawnPoints"]) for room in dungeon["rooms"]),
+        "markers": len(dungeon["compassPoints"])}
+    neighbors = [f"{at['x']}, {at['y']}" for at in cell["neighbors"]]
+    links = chromium.find_elements(By.CSS_SELECTOR, "#neighbors a")
+    assert [link.text for link in links] == neighbors
+    chromium.find_element(By.ID, "sail").click()
+    wait(chromium, lambda: [link for link in chromium.find_elements(By.ID, "show") if link.is_displayed()])
+    x, y = chromium.execute_script("return [game._PlaceX(), game._PlaceY()]")
+    column, row = (x - 6 * 12288) // 24, (y - 3 * 12288) // 24
+    around = [(1, 0), (-1, 0), (0, 1), (0, -1)]
+    assert dungeon["tiles"][row][column] == "0"
+    assert "2" in [dungeon["tiles"][row + up][column + right] for right, up in around]
+
+
+def test_search_and_address_lead_to_places(chromium, site):
+    show(chromium, site, 40, 40, 5)
+    search(chromium, "6, 3")
+    wait(chromium, lambda: text(chromium, "name") == "Island 6, 3")
+    search(chromium, "next island north-west")
+    wait(chromium, lambda: text(chromium, "name") == "Island 5, 4")
+    search(chromium, "500000, 1500000")
+    wait(chromium, lambda: chromium.current_url.endswith("#500000,1500000,9"))
+    search(chromium, "7, 3")
+    wait(chromium, lambda: "only water" in text(chromium, "say"))
+
+
+def test_a_hundred_drags_without_complaint(chromium, site):
+    show(chromium, site, 3000, 2500, 4)
+    chance = random.Random(1)
+    mouse = "Input.dispatchMouseEvent"
+    for number in range(100):
+        x, y = chance.randrange(400, 1200), chance.randrange(100, 600)
+        event = {"x": x, "y": y, "button": "left", "buttons": 1, "clickCount": 1}
+        chromium.execute_cdp_cmd(mouse, {"type": "mousePressed", **event})
+        for _ in range(3):
+            event |= {"x": chance.randrange(400, 1200), "y": chance.randrange(100, 600)}
+            chromium.execute_cdp_cmd(mouse, {"type": "mouseMoved", **event})
+        chromium.execute_cdp_cmd(mouse, {"type": "mouseReleased", **event})
+        if number % 10 == 9:
+            chromium.execute_script("map.setZoom(arguments[0])", chance.randrange(2, 14))
+    assert pictures(chromium)
+    assert chromium.execute_script("return ocean.shown.size") < 150
+    memory = "const [done] = arguments; crew.ask('memory', []).result.then(done)"
+    assert chromium.execute_async_script(memory) < 64 << 20
