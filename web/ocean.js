@@ -48,6 +48,7 @@ const grouped = (number) => Math.round(number).toLocaleString("en-US");
 // free, so that what has come into view first is drawn first.
 class Crew {
     constructor(count, rank) {
+        this.size = count;
         this.rank = rank; // the lowest is next
         this.jobs = new Set();
         this.idle = [];
@@ -169,7 +170,7 @@ function rankOf(job) {
     return wrongZoom + middle.distanceTo(job.coords.add([0.5, 0.5]));
 }
 
-const crew = new Crew(Math.min(Math.max(navigator.hardwareConcurrency || 2, 1), 8), rankOf);
+const crew = new Crew(Math.min(navigator.hardwareConcurrency || 2, 8), rankOf);
 const ocean = new OceanLayer(crew, {
     tileSize: kPictureSide, minZoom: kFirstZoom, maxZoom: kLastZoom,
     updateWhenIdle: false, updateWhenZooming: false, keepBuffer: 1,
