@@ -58,6 +58,21 @@ def search(chromium, words):
     chromium.find_element(By.ID, "place").send_keys(words, Keys.ENTER)
 
 
+def test_pictures_are_those_of_the_atlas_at_each_zoom(chromium, site, tmp_path):
+    atlas("tiles 0 0 0 0 --zoom 2-9 --overlay all", "-o", tmp_path)
+    show(chromium, site, 8, 8, 2, LAYERS)
+    for zoom in range(2, 10):
+        chromium.execute_script("map.setView([8, 8], arguments[0], {animate: false})", zoom)
+        compared = 0
+        for (column, row), picture in pictures(chromium).items():
+            path = tmp_path / f"{zoom}/{column}/{row}.png"
+            if path.exists():
+                with Image.open(path) as file:
+                    assert picture.tobytes() == file.convert("RGB").tobytes(), path
+                compared += 1
+        assert compared >= (1 if zoom < 5 else 4)
+
+
 # From zoom 9 on a cell's pictures are cut out of what another command draws as one.
 @pytest.mark.parametrize("zoom", [9, 11, 13])
 def test_tiles_are_those_of_a_drawn_cell(chromium, site, zoom, tmp_path):
