@@ -24,15 +24,6 @@ target_link_options(vesk_options INTERFACE
 target_compile_options(vesk_options INTERFACE
     $<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>)
 
-# Takes the compilers' names out of a released executable: they tell where it was built and are of no
-# use to who runs it.
-function(vesk_strip_comment target)
-    add_custom_command(TARGET ${target} POST_BUILD
-        COMMAND $<$<CONFIG:Release>:${CMAKE_OBJCOPY}> $<$<CONFIG:Release>:--remove-section=.comment>
-            $<$<CONFIG:Release>:$<TARGET_FILE:${target}>>
-        COMMAND_EXPAND_LISTS)
-endfunction()
-
 if(VESK_SANITIZE)
     target_compile_options(vesk_options INTERFACE
         -fsanitize=${VESK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

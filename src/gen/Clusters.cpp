@@ -63,19 +63,12 @@ void BuildNeighborGraph(const ClusterRecord* const* records, std::int32_t count,
     std::vector<DelaunayTriangle> triangles;
     Triangulate(points, triangles);
     std::vector<std::vector<GridKey>> neighbors(keys.size());
-    const auto join = [&](std::int32_t cell, std::int32_t first, std::int32_t second) {
+    ForEachCorner(triangles, [&](std::int32_t cell, std::int32_t first, std::int32_t second) {
         std::vector<GridKey>& list = neighbors[static_cast<std::size_t>(cell)];
-        if (list.empty()) {
-            list.reserve(kUsualNeighbors);
-        }
+        list.reserve(kUsualNeighbors);
         AddOnce(list, keys[static_cast<std::size_t>(first)]);
         AddOnce(list, keys[static_cast<std::size_t>(second)]);
-    };
-    for (const DelaunayTriangle& triangle : triangles) {
-        join(triangle.a, triangle.b, triangle.c);
-        join(triangle.b, triangle.a, triangle.c);
-        join(triangle.c, triangle.b, triangle.a);
-    }
+    });
     for (std::size_t i = 0; i < keys.size(); ++i) {
         if (!neighbors[i].empty()) {
             out.emplace(keys[i], std::move(neighbors[i]));

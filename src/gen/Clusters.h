@@ -1,7 +1,7 @@
 // Where land lies: the flags of a cluster's 16 x 16 cells, and the graph that links land cells.
 //
-// Free of SDL. Neither operation keeps state. The world data store owns the records and the graph;
-// any thread may call for records and maps that no other thread can reach.
+// Free of SDL. Neither operation keeps state: any thread may call, with records and a map that no
+// other thread uses. The world data store owns the records and the graph.
 #pragma once
 
 #include "gen/GridKey.h"
@@ -24,15 +24,15 @@ struct ClusterRecord {
 /// Land cell -> the land cells that a triangle edge joins to it, in order of discovery.
 using CellNeighborMap = std::map<GridKey, std::vector<GridKey>>;
 
-/// Overwrites the record with the land flags of the cluster: about 6 cells in 101 hold land. The
-/// flags follow from key.id alone (the seed); key.x and key.y, in cluster coordinates with y up,
-/// give the cells their ids, which wrap.
+/// Overwrites the record with the land flags of the cluster: about 6 cells in 101 hold land. key.id
+/// is the seed and alone decides the flags; key.x and key.y (cluster coordinates, y up) give the
+/// cells their ids, which wrap.
 void GenerateCluster(const GridKey& key, ClusterRecord& record);
 
-/// Rebuilds `out` from the land cells of the records, taken in the order given. A record counts
-/// when it is not null, has been generated and its key's id is not negative. A cell has an entry
-/// when it is a corner of a triangle: the cells that an edge joins to it, each once, in order of
-/// discovery. Fewer than three land cells, or cells on one line, give an empty map. Says on
-/// standard error what `Triangulate` says.
+/// Rebuilds `out` from the land cells of the records, taken in the order given; null records and
+/// those with a negative id are skipped. Each cell that is a corner of a triangle gets an entry:
+/// the cells that an edge joins to it, each once, in order of discovery. Fewer than three land
+/// cells, or cells on one line, give an empty map. Writes the lines of `Triangulate` on standard
+/// error.
 void BuildNeighborGraph(const ClusterRecord* const* records, std::int32_t count,
                         CellNeighborMap& out);

@@ -57,10 +57,7 @@ public:
         assert(!mutual || mesh.IsSound());
         flipped.clear();
         mutual = false; // because this pass can make two triangles share a second edge
-        if (!FlipHullTriangles()) {
-            return 1;
-        }
-        return RepeatListed(100) ? 1 : GiveUp(-4);
+        return !FlipHullTriangles() || RepeatListed(100) ? 1 : GiveUp(-4);
     }
 
 private:
@@ -68,7 +65,6 @@ private:
     enum class Visit { Unchanged, Flipped, Broken };
 
     bool FlipAllTriangles() { return VisitAll(Pass::All); }
-
     bool FlipHullTriangles() { return VisitAll(Pass::Hull); }
 
     // The triangles that the last pass has rewritten.

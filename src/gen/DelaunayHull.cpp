@@ -5,8 +5,8 @@
 
 namespace {
 
-// The side that joins two of a triangle's corners: the first that does of a-b, a-c and b-c. Without
-// branches, which would be mispredicted often.
+// The side that joins two of a triangle's corners: the first that does of a-b, a-c and b-c. There
+// are no branches because they would be mispredicted.
 std::size_t SideWith(const MeshTriangle& triangle, std::int32_t p, std::int32_t q) {
     const auto& [a, b, c] = triangle.corner;
     const auto joins = [p, q](std::int32_t v, std::int32_t w) -> std::size_t {
@@ -67,7 +67,8 @@ private:
         return (p.x - hull[h].x) * hull[h].edgeY - (p.y - hull[h].y) * hull[h].edgeX < 0.0f;
     }
 
-    // Measured from the hull's first point, which rounds differently from the edge's own start.
+    // Measured from the edge's end, the hull's first point; from its start it would round
+    // differently.
     bool SeesClosingEdge(const DelaunayPoint& p) const {
         const DelaunayPoint& last = hull.back();
         return (p.x - hull[0].x) * last.edgeY - (p.y - hull[0].y) * last.edgeX < 0.0f;
@@ -102,8 +103,8 @@ private:
         return {start, m - start + end};
     }
 
-    // Each new triangle has the point first, then the ends of a hull edge, whose owner learns of
-    // it. The others follow around the point.
+    // Adds a triangle (point, q, r) for each visible hull edge q-r, and links it to the edge's
+    // owner and to the new triangles before and after it.
     void AddTriangles(const DelaunayPoint& p, Chain chain) {
         const auto first = static_cast<std::int32_t>(mesh.triangles.size());
         const auto last = first + static_cast<std::int32_t>(chain.edges) - 1;

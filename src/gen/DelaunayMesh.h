@@ -72,10 +72,10 @@ struct DelaunayMesh {
             return std::minmax(corner[FirstEnd(SideOf(edge))], corner[SecondEnd(SideOf(edge))]);
         };
         bool sound = true;
-        for (std::int32_t t = 0; t < static_cast<std::int32_t>(triangles.size()); ++t) {
+        for (std::size_t t = 0; t < triangles.size(); ++t) {
             for (const std::size_t side : {kBC, kAC, kAB}) {
-                const HalfEdge edge = MakeHalfEdge(t, side);
-                const HalfEdge twin = triangles[At(t)].twin[side];
+                const HalfEdge edge = MakeHalfEdge(static_cast<std::int32_t>(t), side);
+                const HalfEdge twin = triangles[t].twin[side];
                 sound &= twin < 0 || (triangles[At(TriangleOf(twin))].twin[SideOf(twin)] == edge &&
                                       ends(twin) == ends(edge));
             }
@@ -84,9 +84,9 @@ struct DelaunayMesh {
     }
 };
 
-/// Makes the mesh's triangle 0 of the points 0, 1 and 2 and adds the others that the mesh has a
-/// name for, in their order. A point equal to one before it is left out, and so is one that sees no
-/// edge of the hull, or all of them (both by rounding).
+/// Starts with triangle (0, 1, 2) and inserts the other points that have a name, in their order.
+/// Skips points equal to an earlier one, and those that see no hull edge or, because of rounding,
+/// all.
 void InsertPoints(const std::vector<DelaunayPoint>& points, DelaunayMesh& mesh);
 
 /// Makes the triangulation Delaunay. Two triangles that share an edge form a quad; a flip cuts it

@@ -24,7 +24,7 @@ constexpr std::int32_t kAfterLine = 1;
 
 void Clear(DungeonRecord& record) {
     for (DungeonRoom& room : record.rooms) {
-        room.spawnPoints.clear(); // PlaceRooms overwrites the rest, so that the lists' memory stays
+        room.spawnPoints.clear(); // keeps its memory; PlaceRooms overwrites the other fields
     }
     record.edges.clear();
     record.mainRooms.clear();
@@ -35,21 +35,22 @@ void Clear(DungeonRecord& record) {
     record.tiles.fill(kTileEmpty);
 }
 
-// The placed rooms' sides, an array for each of the four, so that a new room is held against
-// several rooms at once.
+// The placed rooms' sides. There is an array for each of the four so that the compiler can compare
+// a new room with several placed ones at once.
 struct PlacedRooms {
     using Sides = std::array<std::int32_t, kPlacementAttempts>;
 
     Sides left, right, bottom, top;
     std::size_t count = 0;
 
-    // Does the room overlap a placed one? Rooms whose sides coincide touch as well.
+    // Does the room overlap or touch a placed one? Two do unless one of four distances is negative.
+    // A bitwise or is negative when one operand is, a bitwise and when both are: no branch is
+    // needed.
     bool Touch(const DungeonRoom& room) const {
         const std::int32_t roomRight = room.x + room.w;
         const std::int32_t roomBottom = room.y - room.h;
-        std::int32_t allApart = -1; // negative while every room is
+        std::int32_t allApart = -1;
         for (std::size_t i = 0; i < count; ++i) {
-            // Negative when one of the four distances is: when the rooms are apart on that side.
             allApart &= (roomRight - left[i]) | (right[i] - room.x) | (room.y - bottom[i]) |
                         (top[i] - roomBottom);
         }
@@ -70,7 +71,8 @@ void AddEdge(std::int32_t a, std::int32_t b, DungeonRecord& record) {
     record.edges.push_back({a, b, d.x * d.x + d.y * d.y});
 }
 
-// An edge's rank: shorter ones first, of equally long ones the first of the record's `edges`.
+// An edge's rank is its length, then its index among the record's `edges`, in one number: the
+// smallest rank is the first edge of a stable sort by length.
 using Rank = std::int32_t;
 constexpr Rank kNoEdge = std::numeric_limits<Rank>::max();
 constexpr Rank kMaxEdges = 1024;
@@ -78,16 +80,15 @@ static_assert(kMaxEdges > 6 * kPlacementAttempts,
               "three edges per triangle, two triangles per room");
 static_assert(2 * kCellTiles * kCellTiles < kNoEdge / kMaxEdges);
 
-// The first edge by rank between every two rooms, in rows of one room's edges to each other room.
-// Rooms are few and edges join most near neighbours, so that a table of all pairs serves best: a
-// step of the tree is a walk along a row, without a branch.
+// The smallest rank of the edges between every two rooms: a table with a row and a column for each
+// room. As rooms are few, a step of the tree is fastest as a walk along a row, without a branch.
 std::vector<Rank> RankEdges(const DungeonRecord& record) {
     const std::size_t rooms = record.rooms.size();
     std::vector<Rank> ranks(rooms * rooms, kNoEdge);
     for (std::size_t i = 0; i < record.edges.size(); ++i) {
         const auto& [a, b, lengthSquared] = record.edges[i];
-        const std::size_t from = static_cast<std::size_t>(a);
-        const std::size_t to = static_cast<std::size_t>(b);
+        const auto from = static_cast<std::size_t>(a);
+        const auto to = static_cast<std::size_t>(b);
         const Rank rank = lengthSquared * kMaxEdges + static_cast<Rank>(i);
         ranks[from * rooms + to] = std::min(rank, ranks[from * rooms + to]);
         ranks[to * rooms + from] = ranks[from * rooms + to];
@@ -155,8 +156,8 @@ void AddHallways(const DungeonRoom& a, const DungeonRoom& b, DungeonRecord& reco
     }
 }
 
-// Cutting to the cell keeps every write inside the tiles, whatever rectangle comes in; one without
-// width or height paints nothing.
+// Cut to the cell, so that no rectangle can write outside the tiles. One without width or height
+// paints nothing.
 void Paint(const DungeonRoom& area, std::uint8_t tile, DungeonRecord& record) {
     const std::int32_t left = std::clamp(area.minCorner.x, 0, kCellTiles);
     const std::int32_t right = std::clamp(area.maxCorner.x, left, kCellTiles);
@@ -185,7 +186,7 @@ void GEN_DungeonGenerator::Generate(const GridKey& cellKey, std::size_t neighbor
     Clear(record);
     const std::int32_t seed = CellKey(cellKey.Coords()).id;
     Twister rng(static_cast<std::uint32_t>(seed));
-    PlaceRooms(rng, record); // from a copy, so that the later draws repeat those of the rooms
+    PlaceRooms(rng, record); // takes a copy, because enemies are drawn from the seed again
     TriangulateMainRooms(record);
     BuildSpanningTree(record);
     AddExtraEdges(record);
@@ -232,21 +233,16 @@ void GEN_DungeonGenerator::TriangulateMainRooms(DungeonRecord& record) {
     std::vector<DelaunayTriangle> triangles;
     Triangulate(points, triangles);
     std::vector<std::vector<std::int32_t>> neighbors(record.rooms.size());
-    const auto join = [&neighbors](std::int32_t room, std::int32_t first, std::int32_t second) {
+    ForEachCorner(triangles, [&](std::int32_t room, std::int32_t first, std::int32_t second) {
         std::vector<std::int32_t>& list = neighbors[static_cast<std::size_t>(room)];
-        if (list.empty()) {
-            list.reserve(kUsualNeighbors);
-        }
+        list.reserve(kUsualNeighbors);
         list.push_back(first);
         list.push_back(second);
-    };
+    });
     for (const DelaunayTriangle& t : triangles) {
         AddEdge(t.a, t.b, record);
         AddEdge(t.b, t.c, record);
         AddEdge(t.c, t.a, record);
-        join(t.a, t.b, t.c);
-        join(t.b, t.a, t.c);
-        join(t.c, t.b, t.a);
     }
     for (std::size_t room = 0; room < neighbors.size(); ++room) {
         if (!neighbors[room].empty()) {
@@ -255,15 +251,16 @@ void GEN_DungeonGenerator::TriangulateMainRooms(DungeonRecord& record) {
     }
 }
 
-// Prim's algorithm.
+// Prim's algorithm. `nearest` has for each room the smallest rank of its edges into the tree;
+// kNoEdge stands for none, and is put over the rooms that are in the tree already.
 void GEN_DungeonGenerator::BuildSpanningTree(DungeonRecord& record) {
     if (record.adjacency.size() < 2) {
         return;
     }
     const std::size_t rooms = record.rooms.size();
     const std::vector<Rank> ranks = RankEdges(record);
-    std::vector<Rank> nearest(rooms, kNoEdge); // by room outside the tree: its first edge into it
-    std::vector<Rank> inTree(rooms, 0);        // by room: kNoEdge once it is in the tree
+    std::vector<Rank> nearest(rooms, kNoEdge);
+    std::vector<Rank> inTree(rooms, 0); // by room: kNoEdge once it is in the tree
     const auto index = [](std::int32_t room) { return static_cast<std::size_t>(room); };
     std::int32_t joined = record.mainRooms[0];
     for (std::size_t vertices = 1; vertices < record.adjacency.size(); ++vertices) {

@@ -1,9 +1,9 @@
 // Generates the dungeon of a land cell: rooms, corridors, tiles, enemy and compass points.
 //
 // A manager, created at start-up and destroyed at shutdown. `Generate` may run on any number of
-// threads at once, for a different record each: a call's random engines and temporaries are its
-// own, and it reads nothing but its arguments and the fields. Free of SDL; units are tiles of the
-// cell, x to the right, y up.
+// threads at once, each with a record of its own: random engines and temporaries belong to the
+// call, and the fields are only read. Free of SDL; units are tiles of the cell, x to the right, y
+// up.
 #pragma once
 
 #include "app/CMN_Singleton.h"
@@ -20,18 +20,17 @@ public:
     std::int32_t maxRoomSize = 25; ///< tiles; changed only while nothing is generated
     std::int32_t minRoomSize = 3;
 
-    /// How many land cells the neighbour graph joins to a cell, as the store of the graph answers
-    /// it on any thread; set before anything is generated. The generator knows no store.
+    /// Returns a cell's number of neighbours. The world data store sets it at start-up, because the
+    /// generator knows no store; any thread may call it.
     std::function<std::size_t(const GridKey& cellKey)> countNeighbors;
 
-    /// Rewrites the record with the dungeon of the cell, with a compass point for each of its
-    /// neighbours as `countNeighbors` counts them now: none where nothing counts them.
+    /// Generates with the number of neighbours that `countNeighbors` returns now, or 0 when it is
+    /// not set.
     void Generate(const GridKey& cellKey, DungeonRecord& record) const;
 
-    /// Rewrites the record with the dungeon of the cell, using the memory of its lists again. The
-    /// dungeon follows from the key's x and y (cell coordinates, y up), and the number of its
-    /// compass points from neighborCount. There are never more compass points than main rooms. Says
-    /// on standard error what `Triangulate` says.
+    /// Rewrites the record with the dungeon of the cell; its lists keep their memory. The key's x
+    /// and y (cell coordinates, y up) decide the dungeon. It gets neighborCount compass points, but
+    /// at most one for each main room. Writes the lines of `Triangulate` on standard error.
     void Generate(const GridKey& cellKey, std::size_t neighborCount, DungeonRecord& record) const;
 
     // The steps of Generate, in their order. Each works on what those before it have filled in.
@@ -56,13 +55,13 @@ public:
     /// corridor of an L can get a negative width or height; it covers no tile.
     static void BuildHallways(DungeonRecord& record);
 
-    /// Paints the corridors and then, over them, the main rooms. The tiles must be 0 before.
-    /// Whatever lies outside the cell's 512 x 512 tiles is left out.
+    /// Paints the corridors and, over them, the main rooms, cut to the cell's 512 x 512 tiles. The
+    /// tiles must be 0 before.
     static void PaintTiles(DungeonRecord& record);
 
     /// Draws the enemies' `spawnPoints` in the main rooms; their number depends on the seed.
     static void PlaceEnemies(std::int32_t seed, Twister& rng, DungeonRecord& record);
 
-    /// Draws so many `compassPoints`, each in another main room, while there are main rooms.
+    /// Draws neighborCount `compassPoints`, each in another main room, or one for every main room.
     static void PlaceCompassPoints(std::size_t neighborCount, Twister& rng, DungeonRecord& record);
 };

@@ -1,8 +1,7 @@
 // The random engine of every generator, and the one rule by which whole numbers are drawn from it.
 //
-// The standard fixes the output of its twister but not that of its distributions, so the world
-// draws through UniformInt alone. Free of SDL. An engine belongs to the call that made it; nothing
-// is shared, so any thread may draw from an engine of its own.
+// The world draws through UniformInt alone, because the standard fixes the output of its twister
+// but not that of its distributions. Free of SDL. Any thread may draw from an engine of its own.
 #pragma once
 
 #include "common/Arithmetic.h"

@@ -65,10 +65,9 @@ std::vector<Entry> Measure(const Points& points, std::size_t count, Vec2f from) 
 // Puts points into the order of the entries, from a position on.
 void Arrange(Points& points, std::size_t position, const Points& source,
              const std::vector<Entry>& order) {
-    for (const Entry entry : order) {
-        points[position] = source[entry.index];
-        points[position].sortKey = entry.distanceSq;
-        ++position;
+    for (const auto& [distanceSq, index] : order) {
+        points[position] = source[index];
+        points[position++].sortKey = distanceSq;
     }
 }
 
@@ -113,8 +112,9 @@ Circle CircleThrough(const DelaunayPoint& p0, const DelaunayPoint& p1, const Del
     return {dx * dx + dy * dy, centre};
 }
 
-// Takes points off a heap, those nearest to the first point first, since few have to be looked at.
-// The second seed point is the first that differs, the third makes the smallest circle with both.
+// The second seed point is the nearest to the first that differs from it, the third makes the
+// smallest circle with both. The points come from a heap, nearest first, because few have to be
+// looked at.
 Seed FindSeed(const Points& points, std::size_t usable) {
     const auto after = [before = Before{points}](Entry a, Entry b) { return before(b, a); };
     std::vector<Entry> heap = Measure(points, usable, {points[0].x, points[0].y});
@@ -168,7 +168,7 @@ void ArrangeForInsertion(const Seed& seed, std::size_t usable, Points& points) {
     Arrange(points, kSeedPoints, source, others);
 }
 
-// By position: the last position with the same id. The table leads there from an id.
+// By position: the last position with the same id, which a table gives by id.
 template <typename Table>
 std::vector<std::int32_t> LastPositions(const Points& points, std::size_t usable, Table table) {
     for (std::size_t k = 0; k < usable; ++k) {

@@ -65,14 +65,23 @@ struct DelaunayTriangle {
 /// Degenerate input:
 /// - A negative id, or a coordinate that is not a finite number: not usable. Such points are left
 ///   out and stand behind the others in the caller's order, with an infinite sort key.
-/// - A point equal to another in x and y: the one that comes first in the caller's list is used,
-///   the others keep their sorted place in the list but belong to no triangle.
-/// - A point that sees no hull edge, or, by rounding, all of them: belongs to no triangle.
-/// - An id that several points share: triangles name it for each of them, and the flips take the
-///   position of the last of them in the final order.
-/// - Any id from 0 to 2^31 - 1 is fine and costs no more than a small one.
+/// - Equal points: the first in the caller's list is used, the others belong to no triangle.
+/// - A point that sees no hull edge, or all of them because of rounding: belongs to no triangle.
+/// - A repeated id: triangles name it for each point, and flips take the last one's position.
+/// - A large id, up to 2^31 - 1: costs no more than a small one.
 ///
-/// Rounding can make triangles flip back and forth without end. A list of triangles to look at again
-/// is therefore left when it has more than 65,536 entries plus 4 per triangle.
+/// Rounding can make triangles flip back and forth without end. A list of triangles to look at
+/// again is therefore left when it has more than 65,536 entries plus 4 per triangle.
 std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
                          std::vector<DelaunayTriangle>& triangles);
+
+/// Calls visit(corner, other, other) for each corner of each triangle, by ids, in the order in
+/// which neighbours are listed.
+template <typename Visit>
+void ForEachCorner(const std::vector<DelaunayTriangle>& triangles, const Visit& visit) {
+    for (const DelaunayTriangle& t : triangles) {
+        visit(t.a, t.b, t.c);
+        visit(t.b, t.a, t.c);
+        visit(t.c, t.b, t.a);
+    }
+}

@@ -1,8 +1,6 @@
-// What the rules fix for the generator's small parts: random numbers, ids, and rooms of other
-// sizes.
+// What the rules fix for the generator's small parts: random numbers, ids, painting.
 #include "gen/GEN_DungeonGenerator.h"
 #include "gen/Random.h"
-#include "support/Holds.h"
 
 #include <gtest/gtest.h>
 
@@ -17,7 +15,7 @@ constexpr std::int32_t kHigh = std::numeric_limits<std::int32_t>::max();
 
 } // namespace
 
-TEST(RulesTest, NumbersAreDrawnWithTheLeastOutputs) {
+TEST(RulesTest, DrawsNoMoreOutputsThanItNeeds) {
     constexpr std::uint32_t top = 0xffffffffu;
     struct Draw {
         std::int32_t lo, hi;
@@ -41,7 +39,7 @@ TEST(RulesTest, NumbersAreDrawnWithTheLeastOutputs) {
     }
 }
 
-TEST(RulesTest, KeysWrapAndDecodeByTruncation) {
+TEST(RulesTest, KeysWrapAndDecodingTruncates) {
     static_assert(CellKeyAt({-1, -12287}).id == 0 && CellKeyAt({-12288, 24576}).id == 2097119);
     static_assert(ClusterKeyOfCell({-15, 16}).id == 65535 && ClusterKey({1, 1}).id == 65536);
     static_assert(CellKey({32768, 2048}).id == kLow && CellKey({174762, 174762}).id == -1434976246);
@@ -62,22 +60,4 @@ TEST(RulesTest, PaintingIsCutToTheCell) {
     GEN_DungeonGenerator::PaintTiles(*record);
     EXPECT_EQ(std::count(record->tiles.begin(), record->tiles.end(), kTileHallway), 3);
     EXPECT_EQ(record->tiles[511] + record->tiles[511 * 512], 2 * kTileHallway);
-}
-
-TEST(RulesTest, OtherRoomSizesAreBorne) {
-    const ErrorLines quiet;
-    const auto record = std::make_unique<DungeonRecord>();
-    for (const auto& [least, most] : {std::pair{1, 2}, {2, 4}, {3, 5}, {40, 400}, {0, 0}}) {
-        GEN_DungeonGenerator generator;
-        generator.minRoomSize = least;
-        generator.maxRoomSize = most;
-        generator.Generate(CellKey({1, 1}), 3, *record);
-        EXPECT_LE(record->compassPoints.size(), record->mainRooms.size()) << most;
-        for (const DungeonRoom& room : record->rooms) {
-            EXPECT_TRUE(room.w >= least && room.maxCorner.x <= 511 && room.minCorner.y >= 0);
-            EXPECT_TRUE(room.w * room.h >= 20 || room.spawnPoints.empty());
-        }
-        generator.Generate(CellKey({1, 1}), *record); // nothing counts neighbours here
-        EXPECT_TRUE(record->compassPoints.empty());
-    }
 }
