@@ -1,15 +1,17 @@
-"""The radar's dial, 118 x 118 pixels, drawn at that size.
+"""The radar's dial, 118 x 118 pixels, between two plates that name the keys; drawn at that size.
 
 Island icons, 9 pixels wide, are laid on it: up to 50 pixels from the middle, where they still clear
 the bezel, and 20 pixels for each cell of distance. A wider dial would reach under the map. The player's own island is never more than half a cell away on
-either axis, so the middle is a ring with a cross, which the points of the rose look at from outside."""
+either axis, so the middle is a ring with four bright ticks around the player's place, outside an icon that lies on it."""
 
+import legend
 from builder.picture import blank, put
-from builder.shapes import disc, polygon, rectangle
+from builder.shapes import disc, polygon
 
 SIZE = 118
 MIDDLE = (118, 118)  # in half pixels, as all places below
 FACE = 110
+GAP = 2  # between dial and plates
 LETTER = ("X...X",
           "XX..X",
           "X.X.X",
@@ -19,15 +21,27 @@ LETTER = ("X...X",
 
 def draw(palette):
     """Returns the finished picture."""
+    above = legend.HEIGHT + GAP
+    picture = blank(SIZE, SIZE + 2 * above)
+    picture.paste(_dial(palette), (0, above))
+    left = (SIZE - legend.WIDTH) // 2
+    legend.plate(picture, left, 0, legend.ABOVE, palette)
+    legend.plate(picture, left, above + SIZE + GAP, legend.BELOW, palette)
+    return picture
+
+
+def _dial(palette):
     picture = blank(SIZE, SIZE)
     for radius, colour in ((118, "ink"), (116, "gold"), (113, "gold_dark"), (112, "ink"),
                            (FACE, "navy"),
                            (101, "slate"), (99, "navy"), (81, "slate"), (79, "navy"),
                            (41, "slate"), (39, "navy")):
         disc(picture, MIDDLE, radius, palette[colour])
-    for dx, dy in ((13, 1), (1, 13)):  # the player's place, seen beyond an island that lies on it
-        rectangle(picture, (MIDDLE[0] - 2 * dx, MIDDLE[1] - 2 * dy),
-                  (MIDDLE[0] + 2 * dx - 2, MIDDLE[1] + 2 * dy - 2), palette["slate"])
+    for out in (6, 7, 8):  # ticks around the player's place
+        for side in (58, 59):
+            for at in (58 - out, 59 + out):
+                put(picture, at, side, palette["foam"])
+                put(picture, side, at, palette["foam"])
     for dx, dy in ((0, 1), (1, 0), (-1, 0)):
         _point(picture, (dx, dy), palette["cloth_shade"], palette["wood_mid"])
     _point(picture, (0, -1), palette["red"], palette["red_dark"])

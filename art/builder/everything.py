@@ -43,7 +43,7 @@ def build(art):
     for size in ICON_SIZES:
         files["packaging/icons/vesk-%d.png" % size] = picture.png(picture.scaled(icon, size))
     files["packaging/icons/vesk.svg"] = svg.encode(icon)
-    tiles = [*sheets["image"][1].values(), sheets["terrain_transition"][1]["sand"]]
+    tiles = [*sheets["image"][1].values(), sheets["terrain_transition"][1]["meadow"]]
     water, hallway, room = map(picture.mean, tiles)
     files["src/gfx/SeaColor.h"] = (SEA_COLOR % water).encode("ascii")
     files["tools/atlas/TileColors.h"] = (TILE_COLORS % (water + hallway + room)).encode("ascii")

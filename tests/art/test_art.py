@@ -15,7 +15,9 @@ TILES = [("image.png", 100, 0, 16), ("image.png", 100, 100, 16),
          ("terrain_transition.png", 48, 64, 16)]
 SHIPS = [("ships.png", 0, y, 32) for y in (0, 32, 64, 96)]
 FIGURES = [("link_raw.png", x, 0, 16) for x in (0, 30, 62, 91)]
-WHOLE = [("hud_compass.png", 0, 0, 118), ("island_icon.png", 0, 0, 9)]
+PLATE = 31  # the height of each plate of keys, above and below the dial, with the gap
+WHOLE = [("island_icon.png", 0, 0, 9)]
+DIAL = ("hud_compass.png", 0, PLATE, 118)
 SINGLES = [("enemies.png", 0, 0, 16), ("compass.png", 0, 0, 128)]
 
 PRINTABLE = [chr(code) for code in range(0x20, 0x7f)]
@@ -44,7 +46,7 @@ def test_tiles_are_opaque_and_continue_beyond_their_edges(tile):
     assert len(inside) > 16 * 16 and all(a == b for a, b in inside)
 
 
-@pytest.mark.parametrize("figure", SHIPS + FIGURES + SINGLES + WHOLE, ids=str)
+@pytest.mark.parametrize("figure", SHIPS + FIGURES + SINGLES + WHOLE + [DIAL], ids=str)
 def test_figures_stand_alone_on_a_clear_ground(figure):
     size, colours = figure[3], {colour: number for number, colour in cut(*figure).getcolors()}
     assert figure not in WHOLE or load(figure[0]).size == (size, size)
@@ -53,6 +55,14 @@ def test_figures_stand_alone_on_a_clear_ground(figure):
     assert {colour[3] for colour in colours} == {255}, "no half clear or coloured clear pixel"
     box = cut(*figure, more=1).getchannel("A").getbbox()
     assert min(box) >= 1 and max(box) <= size + 1, "nothing shows if a renderer rounds outward"
+
+
+def test_the_plates_lie_alike_about_the_dial():
+    picture = load(DIAL[0])
+    assert picture.size == (118, 118 + 2 * PLATE), "the dial's middle is the picture's"
+    boxes = [picture.crop((0, top, 118, top + PLATE)).getchannel("A").getbbox()
+             for top in (0, 118 + PLATE)]
+    assert boxes == [(10, 0, 108, 29), (10, 2, 108, 31)]
 
 
 @pytest.mark.parametrize("figure, size", [

@@ -4,5 +4,5 @@
 #include "atlas/Picture.h"
 
 inline constexpr Color kWaterTile{33, 98, 139};
-inline constexpr Color kHallwayTile{105, 107, 115};
-inline constexpr Color kRoomTile{160, 134, 80};
+inline constexpr Color kHallwayTile{123, 118, 112};
+inline constexpr Color kRoomTile{105, 132, 64};
