@@ -44,7 +44,8 @@ def test_printed_examples_run(tmp_path, monkeypatch):
     monkeypatch.chdir(tmp_path)
     texts = [ROOT / name for name in ("packaging/vesk_atlas.6", "README.md", "docs/world.md")]
     text = "\n".join(map(pathlib.Path.read_text, texts)).replace("\\-", "-").replace("`", "\n")
-    examples = set(re.findall("^ *vesk_atlas ((?:cell|tour|clusters) [0-9].*)$", text, re.M))
+    examples = set(re.findall("^ *(?:build/release/bin/)?vesk_atlas ((?:cell|tour|clusters) [0-9].*)$",
+                              text, re.M))
     assert len(examples) == 6
     for command in examples:
         atlas(command, *([] if " -o " in command else ["-o", "p.png"]))
