@@ -8,6 +8,8 @@ export CMAKE_GENERATOR=Ninja # only the first configuration of a build folder as
 if command -v ccache >/dev/null; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache
 fi
+# Programs for Windows run in a system of their own, which wine makes when it is first asked for.
+export WINEPREFIX=$root/build/wine WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml='
 
 say() {
     printf '%s\n' "$*"
