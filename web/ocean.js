@@ -124,7 +124,8 @@ const OceanLayer = L.GridLayer.extend({
         tile.height = kPictureSide;
         tile.coords = coords;
         this.shown.add(tile);
-        this.paint(tile).then(() => done(null, tile));
+        tile.done = () => done(null, tile);
+        this.paint(tile);
         return tile;
     },
 
@@ -141,6 +142,7 @@ const OceanLayer = L.GridLayer.extend({
             const pixels = new ImageData(new Uint8ClampedArray(bytes), kPictureSide, kPictureSide);
             tile.getContext("2d").putImageData(pixels, 0, 0);
             tile.dataset.layers = job.values[3];
+            tile.done();
         }
     },
 

@@ -20,7 +20,8 @@ LAYERS = {"links", "clusters", "grid", "names"} | OVERLAYS
 DRAWN = """const [done] = arguments; (function look() {
     const tiles = [...ocean.shown].filter(({coords}) => coords.z === map.getZoom());
     const ready = tiles.length > 0 && crew.jobs.size === 0
-        && tiles.every(({dataset}) => Number(dataset.layers) === ocean.layers);
+        && tiles.every(({classList, dataset}) => classList.contains("leaflet-tile-loaded")
+            && Number(dataset.layers) === ocean.layers);
     ready ? done(tiles.map((tile) => [tile.coords, tile.toDataURL().split(",")[1]])) : setTimeout(look, 5);
 })();"""
 
