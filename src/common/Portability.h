@@ -15,16 +15,16 @@ inline constexpr char kPathSeparator = '/';
 /// Makes the process fit to run; first of all, on the main thread. Standard streams that are
 /// closed are opened on the null device, so that no file or connection opened later takes their
 /// place and receives what is printed. Output that nobody reads is lost: a closed pipe does not end
-/// the program, and a full one on standard error does not block it. A hang-up (the terminal closes)
-/// ends it as the termination signal does.
+/// the program, and, except on Windows, a full one on standard error does not block it. A hang-up
+/// (the terminal or the console's window closes) ends it as the termination signal does.
 void PrepareProcess();
 
 /// The executable's directory, ending in a separator; empty when SDL cannot tell. Main thread.
 std::string GetBasePath();
 
-/// Opens a regular file as fopen_s does: 0 on success, an error number otherwise, *file null then.
-/// Anything else, such as a directory, a pipe or a device, counts as missing. The caller owns the
-/// file and closes it with fclose. Any thread.
+/// Opens a regular file, whose path is UTF-8 on Windows, as fopen_s does: 0 on success, an error
+/// number otherwise, *file null then. Anything else, such as a directory, a pipe or a device,
+/// counts as missing. The caller owns the file and closes it with fclose. Any thread.
 int OpenFile(std::FILE** file, const std::string& path, const char* mode);
 
 /// True when both texts are equal but for the case of ASCII letters. Any thread.
