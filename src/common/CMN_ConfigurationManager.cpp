@@ -1,6 +1,7 @@
 #include "common/CMN_ConfigurationManager.h"
 
 #include "common/Arithmetic.h"
+#include "common/Portability.h"
 
 // The library wants one of its character conversions named; the file is read as plain bytes.
 #define SI_NO_CONVERSION

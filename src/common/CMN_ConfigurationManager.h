@@ -4,7 +4,6 @@
 #pragma once
 
 #include "app/CMN_Singleton.h"
-#include "common/Portability.h"
 
 #include <cstdint>
 #include <string>
@@ -18,7 +17,6 @@ public:
     std::int32_t startPosY = 0;    ///< world units, y up
     float startZoom = 0.0f;        ///< window pixels per world unit
 
-    /// Reads "vesk.ini" in the executable's directory, or another file. Always true: a missing
-    /// file, key or valid value gives the default.
-    bool Load(const std::string& path = GetBasePath() + "vesk.ini");
+    /// Reads a file. Always true: a missing file, key or valid value gives the default.
+    bool Load(const std::string& path);
 };

@@ -6,10 +6,6 @@ CMN_TaskManager::~CMN_TaskManager() {
     Stop();
 }
 
-bool CMN_TaskManager::Init() {
-    return Init(std::thread::hardware_concurrency());
-}
-
 bool CMN_TaskManager::Init(std::uint32_t threads) {
     hardwareThreads = threads;
     if (hardwareThreads == 0) {

@@ -19,12 +19,9 @@ public:
     CMN_TaskManager() = default;
     ~CMN_TaskManager() override;
 
-    /// Starts the workers for this machine. False only when the number of hardware threads is
-    /// unknown (0); without workers, jobs wait until the pool is destroyed. Main thread, once.
-    bool Init();
-
-    /// The same for a given number of hardware threads.
-    bool Init(std::uint32_t threads);
+    /// Starts the workers for so many hardware threads. False only when their number is unknown
+    /// (0); without workers, jobs wait until the pool is destroyed. Main thread, once.
+    bool Init(std::uint32_t threads = std::thread::hardware_concurrency());
 
     /// Appends a job and wakes one worker. The job must hold a callable. Any thread, jobs included;
     /// after Stop the job is dropped.

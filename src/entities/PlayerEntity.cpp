@@ -21,6 +21,8 @@ constexpr float kInputThreshold = 0.8f;
 constexpr std::int32_t kHalfTile = kTileSize / 2;
 
 constexpr std::array<Vec2f, 4> kMoveVectors{Vec2f{0, 1}, Vec2f{0, -1}, Vec2f{-1, 0}, Vec2f{1, 0}};
+static_assert(kMoveVectors[Direction::Up].y > 0 && kMoveVectors[Direction::Down].y < 0 &&
+              kMoveVectors[Direction::Left].x < 0 && kMoveVectors[Direction::Right].x > 0);
 
 float Length(Vec2f v) {
     return std::sqrt(v.x * v.x + v.y * v.y);

@@ -25,8 +25,8 @@ enum class InputAction : std::uint8_t {
     Confirm,
 };
 
-inline constexpr std::size_t kInputActionCount = 18;
-
 constexpr std::size_t Index(InputAction action) {
     return static_cast<std::size_t>(action);
 }
+
+inline constexpr std::size_t kInputActionCount = Index(InputAction::Confirm) + 1;

@@ -18,37 +18,17 @@ Rect UIF_Widget::AbsoluteRect(const Rect& parent) const {
     return area;
 }
 
-// By index: iterators would not survive a callback that adds a child.
-void UIF_Widget::UpdateAll(const Children& children) {
-    for (std::size_t i = 0; i < children.size(); ++i) {
-        children[i]->Update();
-    }
-}
-
-void UIF_Widget::RenderPanel(const Rect& area, const SDL_Color& fill, const SDL_Color& border,
-                             const Children& children) {
-    GFX_GraphicsManager& graphics = *GFX_GraphicsManager::GetInstance();
-    graphics.FillRect(area, fill);
-    graphics.DrawRect(area, border);
-    for (const auto& child : children) {
-        child->Render(area);
-    }
-}
-
 void UIF_Hoverable::Update() {
     if (!hovered) {
         return;
     }
-    struct Direction {
-        InputAction edge;
-        UIF_Hoverable* neighbor;
-    };
-    const std::array<Direction, 4> directions{{{InputAction::Up, up},
-                                               {InputAction::Down, down},
-                                               {InputAction::Left, left},
-                                               {InputAction::Right, right}}};
+    const std::array<std::pair<InputAction, UIF_Hoverable*>, 4> links{
+        {{InputAction::Up, up},
+         {InputAction::Down, down},
+         {InputAction::Left, left},
+         {InputAction::Right, right}}};
     CMN_InputManager& input = *CMN_InputManager::GetInstance();
-    for (const auto& [edge, neighbor] : directions) {
+    for (const auto& [edge, neighbor] : links) {
         if (input.IsPressed(edge)) {
             input.ClearPressed(edge);
             if (neighbor != nullptr) {
@@ -79,10 +59,33 @@ void UIF_Hoverable::Select() {
     Hover();
 }
 
-void UIF_Button::AddChild(std::unique_ptr<UIF_Widget> child) {
+template <typename Base>
+void UIF_Panel<Base>::AddChild(std::unique_ptr<UIF_Widget> child) {
     assert(child != nullptr);
     children.push_back(std::move(child));
 }
+
+template <typename Base>
+void UIF_Panel<Base>::Render(const Rect& parent) {
+    GFX_GraphicsManager& graphics = *GFX_GraphicsManager::GetInstance();
+    const Rect area = this->AbsoluteRect(parent);
+    graphics.FillRect(area, fillColor);
+    graphics.DrawRect(area, borderColor);
+    for (const auto& child : children) {
+        child->Render(area);
+    }
+}
+
+// By index: iterators would not survive a callback that adds a child.
+template <typename Base>
+void UIF_Panel<Base>::UpdateChildren() {
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        children[i]->Update();
+    }
+}
+
+template class UIF_Panel<UIF_Hoverable>;
+template class UIF_Panel<UIF_Widget>;
 
 void UIF_Button::Update() {
     CMN_InputManager& input = *CMN_InputManager::GetInstance();
@@ -91,26 +94,13 @@ void UIF_Button::Update() {
         onClick.Call(this);
     }
     UIF_Hoverable::Update();
-    UpdateAll(children);
-}
-
-void UIF_Button::Render(const Rect& parent) {
-    RenderPanel(AbsoluteRect(parent), fillColor, borderColor, children);
+    UpdateChildren();
 }
 
 void UIF_Label::Render(const Rect& parent) {
     GFX_GraphicsManager::GetInstance()->DrawText(text.c_str(), AbsoluteRect(parent), color);
 }
 
-void UIF_Window::AddChild(std::unique_ptr<UIF_Widget> child) {
-    assert(child != nullptr);
-    children.push_back(std::move(child));
-}
-
 void UIF_Window::Update() {
-    UpdateAll(children);
-}
-
-void UIF_Window::Render(const Rect& parent) {
-    RenderPanel(AbsoluteRect(parent), fillColor, borderColor, children);
+    UpdateChildren();
 }

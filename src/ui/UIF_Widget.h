@@ -42,8 +42,6 @@ private:
 
 class UIF_Widget {
 public:
-    using Children = std::vector<std::unique_ptr<UIF_Widget>>;
-
     explicit UIF_Widget(const Rect& area) : rect(area) {}
     UIF_Widget(const UIF_Widget&) = delete;
     UIF_Widget& operator=(const UIF_Widget&) = delete;
@@ -60,16 +58,9 @@ public:
 protected:
     /// Where the widget lies in the window; coordinates beyond 32 bits become their nearest end.
     Rect AbsoluteRect(const Rect& parent) const;
-
-    /// Updates children in order. A callback may add some meanwhile, which are updated as well.
-    static void UpdateAll(const Children& children);
-
-    /// Fills an absolute rectangle, draws its border and then the children in it.
-    static void RenderPanel(const Rect& area, const SDL_Color& fill, const SDL_Color& border,
-                            const Children& children);
 };
 
-/// A widget that can be hovered, and that hands this on to a neighbour when the player navigates.
+/// A widget that can be hovered; navigation moves the hover to a neighbour.
 /// At most one widget of a tree is meant to be hovered.
 class UIF_Hoverable : public UIF_Widget {
 public:
@@ -100,23 +91,36 @@ public:
     bool hovered = false;
 };
 
-/// A button: while it is hovered the confirm edge presses it.
-class UIF_Button : public UIF_Hoverable {
+/// A filled and bordered widget that holds others. `Base` is what the widget is besides.
+template <typename Base>
+class UIF_Panel : public Base {
 public:
-    using UIF_Hoverable::UIF_Hoverable;
+    using Base::Base;
 
     /// Takes the child (not null) over; it is updated and drawn after those added before.
     void AddChild(std::unique_ptr<UIF_Widget> child);
 
+    /// Draws fill, border and children, in this order.
+    void Render(const Rect& parent) override;
+
+    std::vector<std::unique_ptr<UIF_Widget>> children;
+    SDL_Color borderColor{0, 0, 0, 255};
+    SDL_Color fillColor{0, 0, 0, 255};
+
+protected:
+    /// Updates the children in order. A callback may add some meanwhile; they are updated as well.
+    void UpdateChildren();
+};
+
+/// A button: while it is hovered the confirm edge presses it.
+class UIF_Button : public UIF_Panel<UIF_Hoverable> {
+public:
+    using UIF_Panel::UIF_Panel;
+
     /// Clicks first, then navigates, so that both take effect in one tick; then the children.
     void Update() override;
 
-    void Render(const Rect& parent) override;
-
-    Children children;
     UIF_CallbackList<UIF_Button> onClick;
-    SDL_Color borderColor{0, 0, 0, 255};
-    SDL_Color fillColor{0, 0, 0, 255};
 };
 
 /// A line of text at its font's natural size, whatever the size of the widget.
@@ -133,18 +137,10 @@ public:
     SDL_Color color{0, 0, 0, 255};
 };
 
-/// A panel that holds other widgets.
-class UIF_Window : public UIF_Widget {
+/// A panel and nothing else.
+class UIF_Window : public UIF_Panel<UIF_Widget> {
 public:
-    using UIF_Widget::UIF_Widget;
-
-    /// Takes the child (not null) over; it is updated and drawn after those added before.
-    void AddChild(std::unique_ptr<UIF_Widget> child);
+    using UIF_Panel::UIF_Panel;
 
     void Update() override;
-    void Render(const Rect& parent) override;
-
-    Children children;
-    SDL_Color borderColor{0, 0, 0, 255};
-    SDL_Color fillColor{0, 0, 0, 255};
 };

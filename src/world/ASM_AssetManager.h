@@ -49,9 +49,9 @@ public:
     /// Lists the records in use in the window, a line per id. Main thread.
     void DrawLoadedAssets() const;
 
-    static constexpr std::int32_t dungeonPoolSize = 12;
+    std::int32_t dungeonPoolSize = 12;   ///< records that Init makes
     RecordTable<DungeonRecord> dungeons; ///< by cell
-    static constexpr std::int32_t clusterPoolSize = 18;
+    std::int32_t clusterPoolSize = 18;   ///< likewise
     /// By cluster, without a number of neighbours. The main thread may keep to what Find gives it
     /// while it releases nothing: no other thread releases clusters.
     RecordTable<ClusterRecord> clusters;

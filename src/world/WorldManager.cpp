@@ -13,6 +13,7 @@
 #include "world/ASM_AssetManager.h"
 
 #include <algorithm>
+#include <cassert>
 #include <functional>
 #include <utility>
 
@@ -148,6 +149,7 @@ void WorldManager::Render() {
 }
 
 void WorldManager::AddEntity(IEntity* entity, std::int32_t layer) {
+    assert(layer >= kTerrainLayer && layer <= kMenuLayer);
     entities.push_back(entity);
     layers[static_cast<std::size_t>(layer)].push_back(entity);
 }

@@ -12,7 +12,6 @@
 #include "world/CellGrid.h"
 #include "world/IEntity.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -33,7 +32,7 @@ inline constexpr std::int32_t kPlayerLayer = 3;
 inline constexpr std::int32_t kHudLayer = 4;
 inline constexpr std::int32_t kMapLayer = 5;
 inline constexpr std::int32_t kMenuLayer = 6;
-inline constexpr std::size_t kLayerCount = 7;
+inline constexpr std::size_t kLayerCount = std::size_t{kMenuLayer} + 1;
 
 class WorldManager : public CMN_Singleton<WorldManager> {
 public:
@@ -77,7 +76,8 @@ public:
     MapEntity* map = nullptr;
     DebugMenuEntity* debugMenu = nullptr;
     std::vector<IEntity*> entities; ///< owned; in the order added and updated
-    std::array<std::vector<IEntity*>, kLayerCount> layers; ///< each in the order added and drawn
+    /// Seven; each in the order added and drawn.
+    std::vector<std::vector<IEntity*>> layers{kLayerCount};
     Mutex worldLock; ///< held by Update from the entities on, and by Render
     CellGrid cellGrid;
     std::int32_t mapMode = 0; ///< 0 normal view, 1 map view

@@ -146,6 +146,5 @@ TEST(TriangulateTest, DoesWithManySetsWhatIsRecorded) {
             }
         }
     }
-    EXPECT_EQ(FirstDifference(ReadFile(VESK_TESTS "/data/triangulate_golden.txt"), found), "");
-    WriteFound("triangulate_golden.txt", found);
+    EXPECT_EQ(CompareGolden(VESK_TESTS "/data/triangulate_golden.txt", found), "");
 }

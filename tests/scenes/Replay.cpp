@@ -4,14 +4,14 @@
 #include "gen/Random.h"
 #include "support/DrawLog.h"
 #include "support/Guarded.h"
-#include "support/StateDigest.h"
+#include "support/WorldState.h"
 
 #include <algorithm>
 
 namespace {
 
-// What a play has come to, step by step: what of the world, when, and its digest.
-using Trace = std::vector<std::pair<std::string, std::uint64_t>>;
+// What a play has come to, step by step: what of the world, when, and what it is.
+using Trace = std::vector<std::pair<std::string, std::string>>;
 
 class Replay : public ScenePlayer {
 public:
@@ -24,7 +24,7 @@ public:
         afterTick = [&] {
             TakeDrawLog();
             if (wordsPerRest == 1) {
-                Note(" differs in a tick of word " + std::to_string(number), DigestTick());
+                Note(" differs in a tick of word " + std::to_string(number), DescribeTick());
             }
         };
         Rest();
@@ -33,7 +33,7 @@ public:
             Play(word);
             if (number % wordsPerRest == 0 || number == scene.words.size()) {
                 Rest();
-                Note(" differs after word " + std::to_string(number), DigestRest());
+                Note(" differs after word " + std::to_string(number), DescribeRest());
             }
         }
         return trace;
@@ -73,19 +73,18 @@ private:
         ScenePlayer::Tick(0); // takes in what has arrived
     }
 
-    // Looks again and again for a while, since what is stale might be there for moments only.
     void WatchForStaleCells() {
-        for (std::size_t look = 0; look < 90; ++look) {
-            const bool shown = game.World().cellGrid.GetEntity(look % 9)->active;
-            const CellSlot slot = SlotAt(look % 9);
+        for (std::size_t i = 0; i < CellGrid::kSlotCount; ++i) {
+            const bool shown = game.World().cellGrid.GetEntity(i)->active;
+            const CellSlot slot = SlotAt(i);
             if (shown && slot.coords != slot.target) {
-                stale = "slot " + std::to_string(look % 9) + " shows an overtaken cell";
+                stale = "slot " + std::to_string(i) + " shows an overtaken cell";
             }
         }
     }
 
-    void Note(const std::string& when, const StateDigest& digest) {
-        for (const auto& [part, value] : digest) {
+    void Note(const std::string& when, const WorldState& state) {
+        for (const auto& [part, value] : state) {
             trace.emplace_back(std::string(part) + when, value);
         }
     }
@@ -104,9 +103,9 @@ std::string CompareReplay(const Scene& scene, std::uint32_t workers, unsigned se
     settings.workers = workers;
     Replay delayed(settings, seed);
     const Trace found = delayed.PlayAll(scene, wordsPerRest);
-    const auto differs = std::ranges::mismatch(expected, found).in1;
-    if (differs != expected.end()) {
-        return differs->first;
+    const auto [wanted, got] = std::ranges::mismatch(expected, found);
+    if (wanted != expected.end()) {
+        return wanted->first + ": " + got->second + "; expected " + wanted->second;
     }
     return delayed.stale;
 }

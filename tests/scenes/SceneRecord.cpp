@@ -1,35 +1,20 @@
 #include "scenes/SceneRecord.h"
 
-#include "entities/CameraEntity.h"
-#include "entities/PlayerEntity.h"
 #include "support/DrawLog.h"
-#include "support/StateDigest.h"
+#include "support/WorldState.h"
 
-#include <cstdio>
 #include <map>
 #include <utility>
 
 namespace {
 
-template <typename... Values>
-std::string Format(const char* format, Values... values) {
-    char text[200];
-    std::snprintf(text, sizeof text, format, values...);
-    return text;
-}
-
-template <typename... Values>
-std::string Short(const Values&... values) {
-    return Format("%04x", static_cast<unsigned>(Digest().Add(values...).Value() >> 40U & 0xffffU));
-}
-
 // Watches the ticks of one word after the other.
 class Recorder {
 public:
     void AfterTick(const ScenePlayer& player) {
-        Take(DigestTick());
+        Take(DescribeTick());
         if (!player.LoadsAreHeld()) {
-            Take(DigestRest());
+            Take(DescribeRest());
         }
         ticks.Add(LocksHeld());
         lastFrame = TakeDrawLog();
@@ -40,7 +25,6 @@ public:
 
     /// The word's line, and its frames.
     std::pair<std::string, std::string> EndWord(const std::string& word, OutputLines& output) {
-        DescribeWorld();
         if (!frames.empty()) {
             DescribeLastFrame();
         }
@@ -54,27 +38,18 @@ public:
         std::string line = word + ':';
         for (const auto& [name, value] : entries) {
             if (std::exchange(written[name], value) != value) {
-                line += ' ' + name + ' ' + value + ';';
+                line += ' ' + name + (value.starts_with(' ') ? "" : " ") + value + ';';
             }
         }
         return {line + '\n', std::exchange(frames, {})};
     }
 
 private:
-    void Take(const StateDigest& digest) {
-        for (const auto& [name, value] : digest) {
-            entries[std::string(name)] = Short(value);
+    void Take(const WorldState& state) {
+        for (const auto& [name, value] : state) {
+            entries[std::string(name)] = value;
             ticks.Add(value);
         }
-    }
-
-    void DescribeWorld() {
-        const WorldManager& world = *WorldManager::GetInstance();
-        const PlayerEntity& player = *world.player;
-        entries["at"] = Format("%d,%d", player.position.x, player.position.y);
-        entries["is"] =
-            Format("%s on %d", player.mode == 0 ? "sailing" : "on foot", player.tileType);
-        entries["zoom"] = Format("%.4g", double{world.camera->zoom});
     }
 
     // By kind of drawing call: the file of a copied image, else the call's name.
@@ -92,8 +67,7 @@ private:
         }
         for (const auto& [name, calls] : kinds) {
             entries[name] =
-                calls.empty() ? "none"
-                              : Format("%zu (%s) ", calls.size(), calls[0].c_str()) + Short(calls);
+                calls.empty() ? "none" : Text(calls.size(), " (", calls[0], ") ", Short(calls));
         }
     }
 

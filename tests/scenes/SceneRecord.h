@@ -1,9 +1,9 @@
 // What a scene looks like word by word, as text that can be kept in a golden file and compared.
 //
-// One line a word: what has changed since the word before, as "name value; name value;". Place,
-// mode and zooms say what they are. A part of the state has a short digest; a kind of drawing call
-// has its number in the last frame, its first call and a short digest of all. "ticks" and "frames"
-// are digests over every tick of the word.
+// One line a word: what has changed since the word before, as "name value; name value;". The state
+// stands in words (WorldState.h); a kind of drawing call has its number in the last frame, its
+// first call and a short digest of all. "ticks" and "frames" are digests over every tick of the
+// word.
 #pragma once
 
 #include "scenes/ScenePlayer.h"

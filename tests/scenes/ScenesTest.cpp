@@ -24,9 +24,7 @@ TEST_P(ScenesTest, LooksAsRecorded) {
     const std::string path = VESK_TESTS "/scenes/" + GetParam();
     const Scene scene = ReadScene(path + ".scene");
     ASSERT_FALSE(scene.words.empty());
-    const std::string found = RecordScene(scene).golden;
-    WriteFound(GetParam() + ".golden", found);
-    EXPECT_EQ(FirstDifference(ReadFile(path + ".golden"), found), "") << "in " << path;
+    EXPECT_EQ(CompareGolden(path + ".golden", RecordScene(scene).golden), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(, ScenesTest, testing::ValuesIn(SceneFiles()),

@@ -12,7 +12,7 @@
 #include "entities/PlayerEntity.h"
 #include "scenes/SceneRecord.h"
 #include "support/DrawLog.h"
-#include "support/StateDigest.h"
+#include "support/WorldState.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -28,7 +28,7 @@ int Play(const Scene& scene, const std::string& configuration, int rounds) {
         return 1;
     }
     player.afterTick = [] { TakeDrawLog(); };
-    StateDigest first;
+    WorldState first;
     for (int round = 1; round <= rounds; ++round) {
         for (const std::string& word : scene.words) {
             player.Play(word);
@@ -36,8 +36,8 @@ int Play(const Scene& scene, const std::string& configuration, int rounds) {
         player.game.errors.Take();
         player.game.World().player->PlaceAt(scene.settings.start);
         player.Play(".2");
-        first = round == 1 ? DigestRest() : first;
-        if (DigestRest() != first) {
+        first = round == 1 ? DescribeRest() : first;
+        if (DescribeRest() != first) {
             std::printf("round %d does not end as the first\n", round);
             return 1;
         }
