@@ -47,7 +47,7 @@ void LeaveOutHeadlessDrivers() {
             visible += (visible.empty() ? "" : ",") + driver;
         }
     }
-    // Above the environment, where the name may be empty.
+    // Override priority: SDL_VIDEODRIVER may be set but empty.
     SDL_SetHintWithPriority(SDL_HINT_VIDEODRIVER, visible.c_str(), SDL_HINT_OVERRIDE);
 }
 

@@ -17,8 +17,8 @@ struct TileRange {
     std::int64_t last = -1;
 };
 
-// The extent of the window at zoom 1 along one axis, in units of the cell: what is drawn is the
-// same whatever the zoom. 64 bits, because the far edge of the outermost cell leaves 32.
+// The extent of the window at zoom 1 along one axis, in units of the cell; the zoom does not change
+// what is drawn. 64-bit: the far edge of the outermost cell does not fit 32 bits.
 struct Extent {
     std::int64_t low;
     std::int64_t high;
@@ -163,7 +163,8 @@ void TerrainCellEntity::RenderTiles(const View& shown) const {
     const Vec2i origin = shown.corners[0];
     const Extent horizontal(origin.x, camera.position.x, graphics.screenCenter.x);
     const Extent vertical(origin.y, camera.position.y, graphics.screenCenter.y);
-    if (horizontal.high < 0) { // vertically, the lowest row reaches one tile farther
+    if (horizontal.high <
+        0) { // no such test vertically: -23 / 24 truncates to row 0, which is drawn
         return;
     }
     const TileRange columns = horizontal.Tiles();

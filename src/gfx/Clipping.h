@@ -1,7 +1,7 @@
-// What SDL is spared, in arithmetic that cannot overflow.
+// Keeps away from SDL what would overflow its 32-bit clipping.
 //
-// SDL computes in 32-bit integers inside, where coordinates from far outside the window overflow;
-// these tests keep such coordinates from reaching it. SDL coordinates (y down); any thread.
+// SDL clips in 32-bit integers. Coordinates from far outside the window would overflow there. SDL
+// coordinates (y down); any thread.
 #pragma once
 
 #include "gfx/Vec2.h"

@@ -33,8 +33,8 @@ std::string DataPath(std::string base, std::int32_t mode, char separator) {
 
 namespace {
 
-// The path of a file of the data directory. A pipe would block until somebody writes to it: named
-// like a directory, it fails to open at once, with an error that tells its name.
+// The path of a file of the data directory. Opening a pipe would block. With a separator at its end
+// it fails at once, and SDL's error names it.
 std::string DataFile(const std::string& name) {
     std::string path = GFX_GraphicsManager::GetDataPath() + name;
     std::error_code ignored;

@@ -169,5 +169,6 @@ private:
 
     const std::thread::id mainThread;
     Mutex registryLock;
-    Vec2i visible; ///< the renderer's size in pixels, by which is clipped; taken for every frame
+    Vec2i visible; ///< the renderer's output size in pixels, taken every frame; drawing is clipped
+                   ///< to it
 };

@@ -119,7 +119,7 @@ void CMN_InputManager::Handle(const SDL_Event& event) {
 
 void CMN_InputManager::HandleKeyDown(const SDL_KeyboardEvent& event) {
     if (event.keysym.sym == SDLK_ESCAPE) {
-        Set(InputAction::Quit, 1.0f); // for good: letting the key go changes nothing
+        Set(InputAction::Quit, 1.0f); // latched: releasing the key does not clear it
         return;
     }
     const Key* key = FindKey(event.keysym.sym);

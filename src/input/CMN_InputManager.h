@@ -1,8 +1,8 @@
 // Turns SDL's events into the action state that the rest of the program reads.
 //
 // Updated once per tick, before the world; main thread only. Levels last until an event changes
-// them. An edge tells of a release (key or button) and lasts for one update; a reader that is to be
-// the only one to act on it clears it.
+// them. An edge is set for one update when a key or button is released; a reader may consume it
+// with ClearPressed.
 #pragma once
 
 #include "app/CMN_Singleton.h"

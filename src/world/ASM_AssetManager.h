@@ -52,8 +52,8 @@ public:
     std::int32_t dungeonPoolSize = 12;   ///< records that Init makes
     RecordTable<DungeonRecord> dungeons; ///< by cell
     std::int32_t clusterPoolSize = 18;   ///< likewise
-    /// By cluster, without a number of neighbours. The main thread may keep to what Find gives it
-    /// while it releases nothing: no other thread releases clusters.
+    /// By cluster id; the number of neighbours is 0. Only the main thread acquires and releases
+    /// clusters, so a pointer from Find is valid there until its next ReleaseCluster.
     RecordTable<ClusterRecord> clusters;
     mutable Mutex neighborLock;
     CellNeighborMap neighbors VESK_GUARDED_BY(neighborLock);

@@ -97,6 +97,6 @@ private:
     bool Commit(std::size_t slot, const CellRequest& request, DungeonRecord* dungeon,
                 const Spawned& made) VESK_EXCLUDES(slotLock);
 
-    bool started = false; ///< the first Update has been
+    bool started = false; ///< false until the first Update
     Condition settled;    ///< broadcast when a slot's job ends
 };

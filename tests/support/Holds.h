@@ -56,8 +56,8 @@ private:
     std::shared_ptr<Signal> gate = std::make_shared<Signal>();
 };
 
-/// Takes what any thread writes to a stream while it lives. Closed, it stops every other thread at
-/// its next line, and the generator says one in the middle of each dungeon.
+/// Captures a stream while it lives. While closed, other threads block at their next line; the
+/// generator writes one in the middle of each dungeon.
 class ErrorLines : private std::streambuf {
 public:
     explicit ErrorLines(std::ostream& taken = std::cerr)
