@@ -29,7 +29,7 @@ install(FILES packaging/icons/vesk.svg DESTINATION share/icons/hicolor/scalable/
 # The Debian package, made by `cpack` in the build folder.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "The Vesk developers <vesk@vesk.example>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "small top-down sailing game in an endless archipelago")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "small top-down sailing game in a vast archipelago")
 set(CPACK_PACKAGE_DESCRIPTION_FILE ${CMAKE_CURRENT_SOURCE_DIR}/packaging/deb/description)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
