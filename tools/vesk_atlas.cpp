@@ -1,14 +1,18 @@
 // Draws the generated world to PNG files; see vesk_atlas --help and the manual page.
 #include "atlas/Arguments.h"
 #include "atlas/DataFile.h"
+#include "atlas/Interrupt.h"
+#include "atlas/OutputFile.h"
 #include "atlas/PngFile.h"
 #include "atlas/Scenes.h"
 
-#include <chrono>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
+#include <exception>
 #include <iostream>
+#include <new>
 #include <optional>
-#include <streambuf>
 #include <string>
 
 namespace {
@@ -18,10 +22,15 @@ int Fail(int code, const std::string& reason) {
     return code;
 }
 
-Picture Draw(const Arguments& arguments, DataFile& data) {
+int Print(const char* text) {
+    const bool printed = std::fputs(text, stdout) >= 0 && std::fflush(stdout) == 0;
+    return printed ? 0 : Fail(1, std::string("cannot write: ") + std::strerror(errno));
+}
+
+Picture Draw(const Arguments& arguments, DataFile& data, OutputFile* tiledMap) {
     switch (arguments.command) {
     case Command::Cell:
-        return DrawCell(arguments, data);
+        return DrawCell(arguments, data, tiledMap);
     case Command::Tour:
         return DrawTour(arguments, data);
     default:
@@ -29,29 +38,62 @@ Picture Draw(const Arguments& arguments, DataFile& data) {
     }
 }
 
-} // namespace
+// Every file is opened before the work begins, and comes to its place after all have been written.
+void WritePicture(const Arguments& arguments) {
+    OutputFile picture(arguments.output);
+    std::optional<OutputFile> records;
+    std::optional<OutputFile> tiledMap;
+    if (!arguments.json.empty()) {
+        records.emplace(arguments.json);
+    }
+    if (!arguments.tmj.empty()) {
+        tiledMap.emplace(arguments.tmj);
+    }
+    DataFile data(records ? &*records : nullptr,
+                  arguments.command == Command::Clusters ? "clusters" : "cells");
+    const Picture drawn = Draw(arguments, data, tiledMap ? &*tiledMap : nullptr);
+    data.Finish();
+    WritePng(drawn, picture);
+    for (OutputFile* const file :
+         {records ? &*records : nullptr, tiledMap ? &*tiledMap : nullptr, &picture}) {
+        if (file != nullptr) {
+            file->Finish();
+        }
+    }
+}
 
-int main(int argc, char** argv) {
+int Run(int argc, char** argv) {
     std::string error;
     const std::optional<Arguments> arguments = ParseArguments(argc, argv, error);
     if (!arguments) {
         return Fail(2, error + " (vesk_atlas --help)");
     }
-    if (arguments->command == Command::Help) {
-        std::fputs(kUsage, stdout);
+    switch (arguments->command) {
+    case Command::Help:
+        return Print(kUsage);
+    case Command::Version:
+        return Print("vesk_atlas " VESK_VERSION "\n");
+    case Command::Tiles:
+        WriteTiles(*arguments);
+        return 0;
+    default:
+        WritePicture(*arguments);
         return 0;
     }
-    const auto start = std::chrono::steady_clock::now();
-    std::streambuf* const errors = std::cerr.rdbuf(nullptr); // the generator's lines
-    DataFile data(arguments->json, arguments->command == Command::Clusters ? "clusters" : "cells");
-    const Picture picture = Draw(*arguments, data);
-    std::cerr.rdbuf(errors);
-    if (!data.Finish()) {
-        return Fail(1, "cannot write " + arguments->json);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::cerr.rdbuf(nullptr); // the generator's lines
+    NoteInterrupts();
+    try {
+        return Run(argc, argv);
+    } catch (const Interrupted& interrupted) {
+        EndBy(interrupted);
+    } catch (const std::bad_alloc&) {
+        return Fail(1, "not enough memory");
+    } catch (const std::exception& error) {
+        return Fail(1, error.what());
     }
-    if (std::chrono::steady_clock::now() - start > std::chrono::seconds(1)) {
-        std::fprintf(stderr, "writing %s\n", arguments->output.c_str());
-    }
-    error = WritePng(picture, arguments->output);
-    return error.empty() ? 0 : Fail(1, "cannot write " + arguments->output + ": " + error);
 }

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-enum class Command { Help, Cell, Clusters, Tour };
+enum class Command { Help, Version, Cell, Tour, Clusters, Tiles };
 
 /// Which neighbour graph is drawn over a block of clusters.
 enum class Graph {
@@ -27,12 +27,22 @@ struct Arguments {
     Vec2i graphCell;
     std::int32_t scale = 0; ///< pixels per tile, of clusters per cell
     unsigned threads = 0;
-    std::string output;
-    std::string json; ///< empty without data
+    Vec2i zooms;        ///< of tiles the first and the last
+    std::string output; ///< of tiles a folder
+    std::string json;   ///< empty without data
+    std::string tmj;    ///< empty without a map for Tiled
 };
 
 /// The longest side of a picture, in pixels.
 inline constexpr std::int32_t kLongestSide = 16384;
+
+struct TileRange {
+    Vec2i first; ///< column and row
+    Vec2i last;
+};
+
+/// The pictures that show the clusters of a `tiles` command at a zoom.
+TileRange TilesOf(const Arguments& arguments, std::int32_t zoom);
 
 extern const char* const kUsage;
 

@@ -3,6 +3,7 @@
 #include "atlas/Parallel.h"
 #include "atlas/Records.h"
 #include "atlas/Scenes.h"
+#include "atlas/TiledMap.h"
 
 #include <algorithm>
 #include <array>
@@ -30,9 +31,11 @@ public:
 
     void DrawCells(std::array<Cell, 9>& cells) {
         const Block block(arguments.first / kClusterCells);
+        Progress progress("drawing", cells.size());
         ForEachIndex(cells.size(), arguments.threads, [&](std::size_t i) {
             cells[i] = GenerateCell(arguments.first + OffsetOf(i), block);
             DrawOne(cells[i], {picture, CornerOf(OffsetOf(i)), side}, arguments.overlays);
+            progress.Add();
         });
     }
 
@@ -49,7 +52,7 @@ public:
         }
         for (const Cell& cell : cells) {
             for (const GridKey& neighbor : cell.neighbors) {
-                DrawLink(cell.key, neighbor);
+                DrawLink(cell.key.Coords(), CellOfId(neighbor.id, cell.key.Coords()));
             }
         }
     }
@@ -63,18 +66,12 @@ private:
     // The upper left corner of the cell at this offset from the middle one.
     Vec2i CornerOf(Vec2i offset) const { return {(offset.x + 1) * side, (1 - offset.y) * side}; }
 
-    void DrawLink(const GridKey& from, const GridKey& to) {
+    void DrawLink(Vec2i from, Vec2i to) {
         const Vec2i middle{side / 2, side / 2};
-        const Vec2i start = Vec2i{from.x, from.y} - arguments.first;
-        const Vec2i end = Vec2i{to.x, to.y} - arguments.first;
-        if (IsNear(end)) {
-            picture.GraphLine(CornerOf(start) + middle, CornerOf(end) + middle, 2.5f);
+        if (IsInWorld(from) && to.x >= 0) { // west of the world a graph has cells, but none is seen
+            picture.GraphLine(CornerOf(from - arguments.first) + middle,
+                              CornerOf(to - arguments.first) + middle, 2.5f);
         }
-    }
-
-    // Cells beyond the block bear the coordinates of a wrapped id and lie elsewhere.
-    static bool IsNear(Vec2i offset) {
-        return std::max(std::abs(offset.x), std::abs(offset.y)) <= 2 * kClusterCells;
     }
 
     const Arguments& arguments;
@@ -84,12 +81,15 @@ private:
 
 } // namespace
 
-Picture DrawCell(const Arguments& arguments, DataFile& data) {
+Picture DrawCell(const Arguments& arguments, DataFile& data, OutputFile* tiledMap) {
     const Cell cell = GenerateCell(arguments.first, Block(arguments.first / kClusterCells));
     const std::int32_t side = kCellTiles * arguments.scale;
     Picture picture(side, side);
     DrawOne(cell, {picture, {0, 0}, side}, arguments.overlays);
     data.Add(cell);
+    if (tiledMap != nullptr) {
+        WriteTiledMap(cell, *tiledMap);
+    }
     return picture;
 }
 
@@ -101,7 +101,9 @@ Picture DrawTour(const Arguments& arguments, DataFile& data) {
     tour.DrawCells(cells);
     tour.DrawOver(cells);
     for (const Cell& cell : cells) {
-        data.Add(cell);
+        if (IsInWorld(cell.key.Coords())) {
+            data.Add(cell);
+        }
     }
     return picture;
 }

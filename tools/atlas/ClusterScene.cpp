@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -25,7 +24,7 @@ public:
     explicit ClusterScene(const Arguments& theArguments)
         : arguments(theArguments), cellSide(arguments.scale), side(kClusterCells * cellSide),
           size(arguments.last - arguments.first + Vec2i{1, 1}),
-          picture(size.x * side, size.y * side), progress(Count(), "clusters") {}
+          picture(size.x * side, size.y * side), progress("drawing", 2 * Count()) {}
 
     // Clusters touch no pixel of each other, so each is drawn by whoever generates it.
     void DrawLand() {
@@ -34,7 +33,7 @@ public:
             ClusterRecord record;
             GenerateCluster(ClusterKey(arguments.first + place), record);
             DrawCluster(record, place);
-            progress.AddHalf();
+            progress.Add();
         });
     }
 
@@ -43,10 +42,10 @@ public:
         for (std::int32_t y = 0; y < size.y; ++y) {
             ForEachIndex(row.size(), arguments.threads, [&](std::size_t x) {
                 row[x] = Generate(arguments.first + Vec2i{static_cast<std::int32_t>(x), y});
-                progress.AddHalf();
+                progress.Add();
             });
             for (const ClusterData& cluster : row) {
-                DrawLinks(cluster.neighbors);
+                DrawLinks(cluster);
                 data.Add(cluster.record, cluster.neighbors);
             }
         }
@@ -72,13 +71,14 @@ private:
 
     void DrawCluster(const ClusterRecord& record, Vec2i place) {
         const Vec2i corner = CornerOf(place * kClusterCells + Vec2i{0, kClusterCells - 1});
+        const Vec2i first = record.key.Coords() * kClusterCells;
         const bool shaded = (record.key.x + record.key.y) % 2 != 0;
         picture.Fill({corner.x, corner.y, side, side}, shaded ? Tone::SeaShade : Tone::Sea);
         picture.Fill({corner.x, corner.y, side, 1}, Tone::Grid);
         picture.Fill({corner.x, corner.y, 1, side}, Tone::Grid);
         for (const auto& [id, flag] : record.cells) {
             if (flag == 1) {
-                DrawIsland(CornerOf(CellOf(id, record.key) - arguments.first * kClusterCells));
+                DrawIsland(CornerOf(CellOfId(id, first) - arguments.first * kClusterCells));
             }
         }
         if (cellSide < kLeastDetailed) {
@@ -87,12 +87,6 @@ private:
         const std::int32_t dot = cellSide / kLeastDetailed;
         const std::string name = std::to_string(record.key.x) + "," + std::to_string(record.key.y);
         picture.Text(corner + Vec2i{2 * dot + 1, 2 * dot + 1}, name, dot);
-    }
-
-    // The coordinates of a cluster's cell. Far north ids wrap, but not the differences of two.
-    static Vec2i CellOf(std::int32_t id, const GridKey& cluster) {
-        const Vec2i first = Vec2i{cluster.x, cluster.y} * kClusterCells;
-        return first + DecodeCellId(WrapSub(id, CellKey(first).id));
     }
 
     void DrawIsland(Vec2i corner) {
@@ -104,10 +98,13 @@ private:
     }
 
     ClusterData Generate(Vec2i cluster) const {
-        const Block block(cluster);
+        const bool around = arguments.graph == Graph::Around && cluster == NearestToGraphCell();
+        const Block block(around ? arguments.graphCell / kClusterCells : cluster);
         ClusterData data{block.Middle(), {}};
-        const bool here = arguments.graphCell / kClusterCells == cluster;
-        if (arguments.graph == Graph::Whole || (arguments.graph == Graph::Around && here)) {
+        if (around) {
+            GenerateCluster(ClusterKey(cluster), data.record);
+        }
+        if (around || arguments.graph == Graph::Whole) {
             data.neighbors = block.Neighbors();
         } else if (arguments.graph == Graph::Middle) {
             for (const auto& [cell, list] : block.Neighbors()) {
@@ -119,24 +116,29 @@ private:
         return data;
     }
 
-    void DrawLinks(const CellNeighborMap& neighbors) {
-        for (const auto& [cell, list] : neighbors) {
+    // The cluster of the picture that bears the graph around a cell, which may be a neighbour's.
+    Vec2i NearestToGraphCell() const {
+        const Vec2i cluster = arguments.graphCell / kClusterCells;
+        return {std::clamp(cluster.x, arguments.first.x, arguments.last.x),
+                std::clamp(cluster.y, arguments.first.y, arguments.last.y)};
+    }
+
+    void DrawLinks(const ClusterData& cluster) {
+        const Vec2i near = cluster.record.key.Coords() * kClusterCells;
+        for (const auto& [cell, list] : cluster.neighbors) {
             for (const GridKey& neighbor : list) {
-                DrawLink({cell.x, cell.y}, {neighbor.x, neighbor.y});
+                DrawLink(CellOfId(cell.id, near), CellOfId(neighbor.id, near));
             }
         }
     }
 
     void DrawLink(Vec2i from, Vec2i to) {
-        const Vec2i reach = to - from;
-        const std::int32_t longest = 3 * kClusterCells;
-        // Cells with wrapped ids bear coordinates that are not their place.
-        if (std::abs(reach.x) > longest || std::abs(reach.y) > longest) {
+        if (from.x < 0 || to.x < 0) { // west of the world a graph has cells, but none is seen
             return;
         }
-        const Vec2i start = from - arguments.first * kClusterCells;
+        const Vec2i first = arguments.first * kClusterCells;
         const Vec2i middle{cellSide / 2, cellSide / 2};
-        picture.GraphLine(CornerOf(start) + middle, CornerOf(start + reach) + middle,
+        picture.GraphLine(CornerOf(from - first) + middle, CornerOf(to - first) + middle,
                           static_cast<float>(cellSide) / 8.0f);
     }
 

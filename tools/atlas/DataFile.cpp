@@ -6,6 +6,9 @@
 
 using Json = nlohmann::ordered_json;
 
+// Goes up when what is there changes its name, place or meaning.
+static constexpr int kDataVersion = 1;
+
 // The library finds these by their names and their arguments' types.
 
 static void to_json(Json& json, const Vec2i& point) {
@@ -55,20 +58,19 @@ static void to_json(Json& json, const DungeonRecord& record) {
             {"tiles", TileRows(record)}};
 }
 
-DataFile::DataFile(const std::string& file, const std::string& list) {
-    if (!file.empty()) {
-        out.open(file, std::ios::binary);
-        out << "{\"" << list << "\": [";
+DataFile::DataFile(OutputFile* theFile, const std::string& list) : file(theFile) {
+    if (file != nullptr) {
+        file->Write("{\"version\": " + std::to_string(kDataVersion) + ", \"" + list + "\": [");
     }
 }
 
 void DataFile::AddLine(const std::string& text) {
-    out << separator << text;
+    file->Write(separator + text);
     separator = ",\n";
 }
 
 void DataFile::Add(const Cell& cell) {
-    if (out.is_open()) {
+    if (file != nullptr) {
         Json json = {{"key", cell.key}, {"neighbors", cell.neighbors}, {"dungeon", nullptr}};
         if (cell.dungeon != nullptr) {
             json["dungeon"] = *cell.dungeon;
@@ -78,17 +80,15 @@ void DataFile::Add(const Cell& cell) {
 }
 
 void DataFile::Add(const ClusterRecord& cluster, const CellNeighborMap& neighbors) {
-    if (out.is_open()) {
+    if (file != nullptr) {
         const Json json = {
             {"cells", cluster.cells}, {"key", cluster.key}, {"neighbors", neighbors}};
         AddLine(json.dump());
     }
 }
 
-bool DataFile::Finish() {
-    if (out.is_open()) {
-        out << "\n]}\n";
-        out.close();
+void DataFile::Finish() {
+    if (file != nullptr) {
+        file->Write("\n]}\n");
     }
-    return out.good();
 }

@@ -2,12 +2,12 @@
 
 #include <cstdio>
 
-void Progress::AddHalf() {
+void Progress::Add() {
     const std::lock_guard lock(mutex);
-    ++halves;
+    ++done;
     const Clock::time_point now = Clock::now();
     if (now - told > std::chrono::seconds(1)) {
-        std::fprintf(stderr, "%zu of %zu %s\n", halves / 2, whole, things.c_str());
+        std::fprintf(stderr, "%s: %zu %%\n", work.c_str(), done * 100 / steps);
         told = now;
     }
 }

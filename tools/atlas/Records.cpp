@@ -4,6 +4,13 @@
 
 #include <algorithm>
 
+Vec2i CellOfId(std::int32_t id, Vec2i near) {
+    const std::int32_t apart = WrapSub(id, CellKey(near).id);
+    const std::int32_t half = kCellIdFactor / 2;
+    const std::int32_t rows = WrapAdd(apart, apart < 0 ? -half : half) / kCellIdFactor;
+    return near + Vec2i{apart - rows * kCellIdFactor, rows};
+}
+
 Block::Block(Vec2i cluster) : block(cluster), neighbors(block.Neighbors()) {}
 
 std::vector<GridKey> Block::NeighborsOf(const GridKey& cell) const {

@@ -21,6 +21,10 @@ constexpr bool IsInWorld(Vec2i cell) {
     return cell.x >= 0 && cell.x <= kLastCell && cell.y >= 0 && cell.y <= kLastCell;
 }
 
+/// The coordinates of the cell with this id that is nearest to a cell; up to half a million columns
+/// and two thousand rows away. Ids of northern cells wrap, their differences do not.
+Vec2i CellOfId(std::int32_t id, Vec2i near);
+
 /// The 3 x 3 block of clusters around one, with the neighbour graph of its land cells: what the
 /// game knows while the player is in the middle cluster.
 class Block {

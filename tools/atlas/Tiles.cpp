@@ -176,15 +176,6 @@ private:
     Picture picture;
 };
 
-// The coordinates of a neighbour, whose id may have wrapped: it lies no further than 2 clusters
-// away.
-Vec2i NeighborPlace(const GridKey& cell, const GridKey& neighbor) {
-    const std::int32_t apart = WrapSub(neighbor.id, cell.id);
-    const std::int32_t half = kCellIdFactor / 2;
-    const std::int32_t rows = (apart + (apart < 0 ? -half : half)) / kCellIdFactor;
-    return cell.Coords() + Vec2i{apart - rows * kCellIdFactor, rows};
-}
-
 std::vector<Island> MakeIslands(Vec2i cluster) {
     std::vector<Island> islands;
     const Block block(cluster);
@@ -197,7 +188,7 @@ std::vector<Island> MakeIslands(Vec2i cluster) {
         }
         Island island{cell, {}, 0};
         for (const GridKey& neighbor : block.NeighborsOf(key)) {
-            const Vec2i place = NeighborPlace(key, neighbor);
+            const Vec2i place = CellOfId(neighbor.id, cell);
             if (IsInWorld(place)) {
                 island.neighbors.push_back(place);
             }
