@@ -5,25 +5,35 @@ the drawing changes them.
 """
 
 import gzip
+import json
 import os
 import pathlib
 import re
+import resource
+import signal
 import subprocess
 
 import pytest
+from PIL import Image
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 GOLDEN = ROOT / "tests/tools/golden"
+PROGRAM = os.environ.get("VESK_ATLAS", str(ROOT / "build/release/bin/vesk_atlas"))
+GRAPH = (164, 202, 214)  # the colour of links
 
 
-def run(command, *more):
-    program = os.environ.get("VESK_ATLAS", ROOT / "build/release/bin/vesk_atlas")
-    return subprocess.run([program, *command.split(), *more], capture_output=True, text=True)
+def run(command, *more, limits=(), **options):
+    def limit():
+        for which, most in limits:
+            resource.setrlimit(which, (most, most))
+
+    return subprocess.run([PROGRAM, *command.split(), *more], text=True, preexec_fn=limit,
+                          **{"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, **options})
 
 
-def atlas(command, *more):
-    result = run(command, *more)
-    assert (result.returncode, result.stdout) == (0, ""), result.stderr
+def atlas(command, *more, **options):
+    result = run(command, *more, **options)
+    assert (result.returncode, result.stdout or "") == (0, ""), result.stderr
 
 
 @pytest.mark.parametrize("threads", ["1", "3"])
@@ -44,26 +54,97 @@ def test_printed_examples_run(tmp_path, monkeypatch):
     monkeypatch.chdir(tmp_path)
     texts = [ROOT / name for name in ("packaging/vesk_atlas.6", "README.md", "docs/world.md")]
     text = "\n".join(map(pathlib.Path.read_text, texts)).replace("\\-", "-").replace("`", "\n")
-    examples = set(re.findall("^ *(?:build/release/bin/)?vesk_atlas ((?:cell|tour|clusters) [0-9].*)$",
-                              text, re.M))
-    assert len(examples) == 6
+    examples = set(re.findall(
+        "^ *(?:build/release/bin/)?vesk_atlas ((?:cell|tour|clusters|tiles) [0-9].*)$", text, re.M))
+    assert len(examples) == 8
     for command in examples:
         atlas(command, *([] if " -o " in command else ["-o", "p.png"]))
 
 
+@pytest.mark.parametrize("command", [
+    "clusters 0 130 1 131 --scale 8", "tour 15 2080", "clusters 1 1 1 1 --scale 8 --graph 45,38"])
+def test_links_show_where_ids_wrap_and_beside_their_block(command, tmp_path):
+    atlas(command, "-o", tmp_path / "p.png")
+    assert GRAPH in Image.open(tmp_path / "p.png").convert("RGB").getdata()
+
+
+def test_tiles_are_written_for_each_zoom(tmp_path):
+    atlas("tiles 0 0 1 1 --zoom 4-6 -o", tmp_path)
+    names = {str(file.relative_to(tmp_path)) for file in tmp_path.glob("*/*/*")}
+    assert names == {f"{zoom}/{x}/{y}.png" for zoom, side in ((4, 2), (5, 4), (6, 8))
+                     for x in range(side) for y in range(side)}
+    # Cell (6, 3) is the third from the left and the lowest of its picture; its shores show.
+    island = Image.open(tmp_path / "6/1/0.png").convert("RGB").crop((128, 0, 192, 64))
+    assert {(198, 166, 98), (244, 228, 176)} <= set(island.getdata())
+
+
+def test_tiled_reads_the_map_and_the_map_tells_the_records(tmp_path):
+    data, tmj, again = (tmp_path / name for name in ("p.json", "p.tmj", "again.json"))
+    atlas("cell 6 3 -o - --json", data, "--tmj", tmj, stdout=subprocess.DEVNULL)
+    subprocess.run(["tiled", "--export-map", "json", tmj, again], check=True,
+                   env={**os.environ, "QT_QPA_PLATFORM": "offscreen"})
+    dungeon = json.loads(data.read_text())["cells"][0]["dungeon"]
+    rooms = [dungeon["rooms"][i] for i in dungeon["mainRooms"]]
+    layers = {layer["name"]: [tuple(thing[side] for side in ("x", "y", "width", "height"))
+                              for thing in layer["objects"]]
+              for layer in json.loads(again.read_text())["layers"]}
+    assert layers == {
+        **{name: [(24 * room["minCorner"]["x"], 24 * (512 - room["maxCorner"]["y"]),
+                   24 * room["w"], 24 * room["h"]) for room in part]
+           for name, part in (("rooms", rooms), ("corridors", dungeon["hallways"]))},
+        **{name: [(24 * tile["x"] + 12, 24 * (511 - tile["y"]) + 12, 0, 0) for tile in part]
+           for name, part in (("markers", dungeon["compassPoints"]),
+                              ("enemies", [at for room in rooms for at in room["spawnPoints"]]))}}
+
+
+def test_no_run_leaves_half_a_file_or_loses_a_good_one(tmp_path):
+    picture, link = tmp_path / "p.png", tmp_path / "link.png"
+    picture.write_text("good")
+    link.symlink_to("p.png")
+    full = run("cell 6 3 --overlay all -o", link, limits=[(resource.RLIMIT_FSIZE, 500)],
+               restore_signals=False)
+    device = tmp_path / "full"
+    device.symlink_to("/dev/full")
+    assert (full.returncode, run("cell 6 3 -o", device).returncode) == (1, 1)
+    assert "File too large" in full.stderr
+    for end in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        with subprocess.Popen([PROGRAM, *"clusters 0 0 99 99 --scale 1 -o".split(), link, "--json",
+                               tmp_path / "j"], stderr=subprocess.PIPE, text=True) as process:
+            assert re.match("drawing: [0-9]+ %", process.stderr.readline())
+            process.send_signal(end)
+        assert process.returncode == -end
+    assert {file.name for file in tmp_path.iterdir()} == {"p.png", "link.png", "full"}
+    assert link.is_symlink() and device.is_symlink() and picture.read_text() == "good"
+    atlas("cell 6 3 -o", link)
+    assert link.is_symlink() and Image.open(picture).size == (512, 512)
+
+
+def test_what_the_system_lacks(tmp_path):
+    atlas("tour 6 3 --threads 200 -o", tmp_path / "p.png", limits=[(resource.RLIMIT_STACK, 1 << 46)])
+    with open("/dev/full", "w") as device:
+        assert run("-h", stdout=device).returncode == 1
+    if "asan" not in PROGRAM:  # which takes more room than there is
+        big = ("cell 6 3 --scale 16 -o", tmp_path / "p.png")  # 64 MiB of pixels
+        atlas(*big, limits=[(resource.RLIMIT_AS, 110 << 20)])
+        short = run(*big, limits=[(resource.RLIMIT_AS, 60 << 20)])
+        assert (short.returncode, short.stderr) == (1, "vesk_atlas: not enough memory\n")
+
+
+def test_cells_beyond_the_world_are_left_out(tmp_path):
+    atlas("tour 0 20 -o", tmp_path / "p.png", "--json", tmp_path / "p.json")
+    cells = json.loads((tmp_path / "p.json").read_text())["cells"]
+    assert [cell["key"]["x"] for cell in cells] == 3 * [0, 1]
+
+
 @pytest.mark.parametrize("command, code, reason", [
-    ("", 2, "a command is missing"), ("island 1 2", 2, "no command"),
-    ("cell 1 -o p.png", 2, "two coordinates"), ("clusters 1 2 3 -o p.png", 2, "four coordinates"),
-    ("cell -1 2 -o p.png", 2, "begin at 0"), ("tour 1 174763 -o p.png", 2, "0 to 174762"),
-    ("cell 1 2x -o p.png", 2, "a number"), ("clusters 2 0 1 0 -o p.png", 2, "lower left"),
-    ("cell 1 2", 2, "-o FILE"), ("cell 1 2 -o", 2, "-o is no option, or lacks"),
-    ("cell 1 2 --overlay rooms,sand -o p.png", 2, '"sand"'), ("cell 1 2 --colour", 2, "--colour"),
-    ("cell 1 2 --graph none -o p.png", 2, "--graph"), ("tour 1 2 --scale 0 -o p.png", 2, "1 to 64"),
-    ("clusters 0 0 1 1 --graph 3 -o p.png", 2, '"3"'), ("clusters 0 0 999 9 -o p.png", 2, "16384"),
-    ("cell 1 2 -o missing/p.png", 1, "missing/p.png"),
-    ("cell 1 2 -o p.png --json missing/p.json", 1, "missing/p.json"),
-    ("cell -12 2 -o p.png", 2, "begin at 0"), ("cell 1 2 -o p --json p", 2, "a file each"),
-    ("cell 1 2 -xo p.png", 2, "-x is no option"),
+    ("island 1 2", 2, "no command"), ("clusters 1 2 3 -o p.png", 2, "four coordinates"),
+    ("cell -12 2 -o p.png", 2, "begin at 0"), ("tour 1 174763 -o p.png", 2, "0 to 174762"),
+    ("cell 1 2", 2, "-o FILE"), ("cell 1 2 -xo p.png", 2, "-x is no option"),
+    ("cell 1 2 --overlay rooms,sand -o p.png", 2, '"sand"'), ("cell 1 2 --zoom 3 -o p", 2, "--zoom"),
+    ("tour 1 2 --scale 11 -o p.png", 2, "1 to 10"), ("clusters 0 0 999 9 -o p.png", 2, "16384"),
+    ("clusters 0 0 1 1 --graph 7,3 -o p", 2, "no land"), ("tiles 0 0 99 99 --zoom 9 -o p", 2, "more"),
+    ("clusters 4 0 4 0 --graph 45,38 -o p", 2, "not reach"), ("cell 1 2 -o p --json ./p", 2, "each"),
+    ("clusters 0 0 999 999 --scale 1 -o p --json no/p", 1, "no/p: No such file"),
 ])
 def test_refusals_take_one_line(command, code, reason, tmp_path, monkeypatch):
     monkeypatch.chdir(tmp_path)
