@@ -1,12 +1,27 @@
 #include "atlas/TiledMap.h"
 
+#include "atlas/TileColors.h"
+
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 
 using Json = nlohmann::ordered_json;
 
 namespace {
+
+// As HTML writes colours.
+std::string TextOf(Color color) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string text = "#";
+    for (const int part : {color.r, color.g, color.b}) {
+        text += digits[static_cast<std::size_t>(part / 16)];
+        text += digits[static_cast<std::size_t>(part % 16)];
+    }
+    return text;
+}
 
 // Puts a map together. Its objects are measured in world units from the upper left corner, y down.
 class TiledMap {
@@ -27,7 +42,7 @@ public:
                 {"height", kCellTiles},
                 {"tilewidth", kTileSize},
                 {"tileheight", kTileSize},
-                {"backgroundcolor", "#21628b"},
+                {"backgroundcolor", TextOf(kWaterTile)},
                 {"properties",
                  {Property("cellX", key.x), Property("cellY", key.y), Property("id", key.id)}},
                 {"tilesets", Json::array()},
@@ -46,7 +61,7 @@ private:
         for (const std::int32_t id : dungeon.mainRooms) {
             rooms.push_back(Rectangle("room " + std::to_string(id), dungeon.Room(id)));
         }
-        AddLayer("rooms", "#a08650", rooms);
+        AddLayer("rooms", TextOf(kRoomTile), rooms);
     }
 
     void AddCorridors() {
@@ -56,7 +71,7 @@ private:
                 corridors.push_back(Rectangle("corridor", hallway));
             }
         }
-        AddLayer("corridors", "#696b73", corridors);
+        AddLayer("corridors", TextOf(kHallwayTile), corridors);
     }
 
     void AddMarkers() {
@@ -64,7 +79,7 @@ private:
         for (const Vec2i& tile : dungeon.compassPoints) {
             markers.push_back(Point("marker", tile));
         }
-        AddLayer("markers", "#ff8000", markers);
+        AddLayer("markers", TextOf({255, 128, 0}), markers);
     }
 
     void AddEnemies() {
@@ -74,10 +89,10 @@ private:
                 enemies.push_back(Point("enemy", tile));
             }
         }
-        AddLayer("enemies", "#ff00ff", enemies);
+        AddLayer("enemies", TextOf({255, 0, 255}), enemies);
     }
 
-    void AddLayer(const char* name, const char* color, const Json& objects) {
+    void AddLayer(const char* name, const std::string& color, const Json& objects) {
         layers.push_back({{"type", "objectgroup"},
                           {"id", layers.size() + 1},
                           {"name", name},
