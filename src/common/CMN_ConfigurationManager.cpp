@@ -5,6 +5,7 @@
 
 // The library wants one of its character conversions named; the file is read as plain bytes.
 #define SI_NO_CONVERSION
+#include <SDL_stdinc.h>
 #include <SimpleIni.h>
 
 #include <cstdio>
@@ -16,7 +17,7 @@ bool CMN_ConfigurationManager::Load(const std::string& path) {
         ini.LoadFile(file);
         std::fclose(file);
     }
-    resourceMode = EqualIgnoringCase(ini.GetValue("resource", "mode", "dev"), "dev") ? 1 : 0;
+    resourceMode = SDL_strcasecmp(ini.GetValue("resource", "mode", "dev"), "dev") == 0 ? 1 : 0;
     width = Saturate(ini.GetLongValue("graphics", "width", 0));
     height = Saturate(ini.GetLongValue("graphics", "height", 0));
     startPosX = Saturate(ini.GetLongValue("world", "start_pos_x", 0));

@@ -29,15 +29,9 @@ void CMN_TaskManager::AddTask(std::function<void()> job) {
 
 void CMN_TaskManager::RunOne() {
     std::function<void()> job;
-    {
-        const MutexLock lock(mutex);
-        if (tasks.empty()) {
-            return;
-        }
-        job = std::move(tasks.front());
-        tasks.pop_front();
+    if (TakeTask(job, false)) {
+        job();
     }
-    job();
 }
 
 void CMN_TaskManager::Stop() {
@@ -58,18 +52,18 @@ void CMN_TaskManager::Stop() {
 
 void CMN_TaskManager::WorkerLoop() {
     std::function<void()> job;
-    while (TakeTask(job)) {
+    while (TakeTask(job, true)) {
         job();
         job = nullptr;
     }
 }
 
-bool CMN_TaskManager::TakeTask(std::function<void()>& job) {
+bool CMN_TaskManager::TakeTask(std::function<void()>& job, bool waits) {
     const MutexLock lock(mutex);
-    while (tasks.empty() && !stop) {
+    while (waits && tasks.empty() && !stop) {
         condition.Wait(mutex);
     }
-    if (stop) {
+    if (tasks.empty()) { // as they are after the stop
         return false;
     }
     job = std::move(tasks.front());

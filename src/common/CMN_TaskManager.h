@@ -38,8 +38,8 @@ public:
 private:
     void WorkerLoop() VESK_EXCLUDES(mutex);
 
-    /// Waits for the next job and moves it into `job`; false when the worker is to end.
-    bool TakeTask(std::function<void()>& job) VESK_EXCLUDES(mutex);
+    /// Moves the next job into `job`. False when there is none: after waiting, that is the stop.
+    bool TakeTask(std::function<void()>& job, bool waits) VESK_EXCLUDES(mutex);
 
 public:
     std::list<std::function<void()>> tasks VESK_GUARDED_BY(mutex); ///< oldest first

@@ -3,7 +3,6 @@
 #include <SDL_filesystem.h>
 #include <SDL_stdinc.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
@@ -20,10 +19,6 @@
 #endif
 
 namespace {
-
-char LowerAscii(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 #if defined(_WIN32)
 
@@ -128,9 +123,4 @@ int OpenFile(std::FILE** file, const std::string& path, const char* mode) {
     *file = std::fopen(name.c_str(), mode);
     return *file == nullptr ? errno : 0;
 #endif
-}
-
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
 }

@@ -3,7 +3,6 @@
 
 #include <cstdio>
 #include <string>
-#include <string_view>
 
 /// The character between the parts of a path on this system.
 #if defined(_WIN32)
@@ -26,6 +25,3 @@ std::string GetBasePath();
 /// number otherwise, *file null then. Anything else, such as a directory, a pipe or a device,
 /// counts as missing. The caller owns the file and closes it with fclose. Any thread.
 int OpenFile(std::FILE** file, const std::string& path, const char* mode);
-
-/// True when both texts are equal but for the case of ASCII letters. Any thread.
-bool EqualIgnoringCase(std::string_view a, std::string_view b);

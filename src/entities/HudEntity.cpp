@@ -39,17 +39,11 @@ void HudEntity::Update() {
     icons.clear();
     for (std::int32_t x = coords.x - kReach; x <= coords.x + kReach; ++x) {
         for (std::int32_t y = coords.y - kReach; y <= coords.y + kReach; ++y) {
-            if (IsLand({x, y})) {
+            if (ASM_AssetManager::GetInstance()->IsLand({x, y})) {
                 icons.push_back(IconFor({x, y}, shifted));
             }
         }
     }
-}
-
-bool HudEntity::IsLand(Vec2i coords) {
-    const ClusterRecord* cluster =
-        ASM_AssetManager::GetInstance()->clusters.Find(ClusterKeyOfCell(coords).id);
-    return cluster != nullptr && cluster->LandFlag(CellKey(coords).id) == 1;
 }
 
 Vec2i HudEntity::IconFor(Vec2i coords, Vec2f playerInCells) const {

@@ -25,6 +25,5 @@ public:
     float radius = 50.0f; ///< the farthest an icon lies from the centre, in pixels
 
 private:
-    static bool IsLand(Vec2i coords);
     Vec2i IconFor(Vec2i coords, Vec2f playerInCells) const;
 };

@@ -99,10 +99,7 @@ void MapEntity::UpdateZoom() {
     zoom -= zoom * kZoomStep * input.ActionValue(InputAction::ZoomOut);
     // Below the smallest normal float a tenth of it rounds to nothing, and no key would lead back.
     zoom = std::max(zoom, std::numeric_limits<float>::min());
-    zoom += zoom * kZoomStep * input.ActionValue(InputAction::ZoomIn);
-    if (zoom > maxZoom) {
-        zoom = maxZoom;
-    }
+    zoom = std::min(zoom + zoom * kZoomStep * input.ActionValue(InputAction::ZoomIn), maxZoom);
 }
 
 // Far out a step falls below the pan's precision: it comes to a stop there and stays finite.

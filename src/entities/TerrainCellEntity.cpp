@@ -163,8 +163,8 @@ void TerrainCellEntity::RenderTiles(const View& shown) const {
     const Vec2i origin = shown.corners[0];
     const Extent horizontal(origin.x, camera.position.x, graphics.screenCenter.x);
     const Extent vertical(origin.y, camera.position.y, graphics.screenCenter.y);
-    if (horizontal.high <
-        0) { // no such test vertically: -23 / 24 truncates to row 0, which is drawn
+    // No such test vertically: -23 / 24 truncates to row 0, which is drawn.
+    if (horizontal.high < 0) {
         return;
     }
     const TileRange columns = horizontal.Tiles();

@@ -41,17 +41,10 @@ const Key* FindKey(SDL_Keycode code) {
     return found == kKeys.end() ? nullptr : &*found;
 }
 
-// The joystick's buttons and axes, as SDL counts them.
+// The joystick's buttons, as SDL counts them.
 constexpr int kMapButton = 4;
 constexpr int kFirstSpareButton = 10;
 constexpr int kLastSpareButton = 13;
-constexpr int kMoveAxisX = 0;
-constexpr int kMoveAxisY = 1;
-constexpr int kPanAxisX = 2;
-constexpr int kPanAxisY = 3;
-constexpr int kZoomOutTrigger = 4;
-constexpr int kZoomInTrigger = 5;
-
 constexpr int kDeadZone = 5000;
 
 // An axis value from -32768 to 32767 as a fraction from 0 to 1.
@@ -67,6 +60,20 @@ float StickValue(int value) {
 float TriggerValue(int value) {
     return value <= kDeadZone ? 0.0f : static_cast<float>(AxisFraction(value));
 }
+
+struct Axis {
+    InputAction action;
+    float (*value)(int);
+    float sign; // -1 where the joystick's y grows downward
+};
+
+// The joystick's axes from 0 on.
+constexpr std::array<Axis, 6> kAxes{{{InputAction::MoveHorizontal, StickValue, 1.0f},
+                                     {InputAction::MoveVertical, StickValue, -1.0f},
+                                     {InputAction::PanHorizontal, StickValue, 1.0f},
+                                     {InputAction::PanVertical, StickValue, -1.0f},
+                                     {InputAction::ZoomOut, TriggerValue, 1.0f},
+                                     {InputAction::ZoomIn, TriggerValue, 1.0f}}};
 
 } // namespace
 
@@ -143,27 +150,9 @@ void CMN_InputManager::HandleKeyUp(const SDL_KeyboardEvent& event) {
 }
 
 void CMN_InputManager::HandleAxis(const SDL_JoyAxisEvent& event) {
-    switch (event.axis) {
-    case kMoveAxisX:
-        Set(InputAction::MoveHorizontal, StickValue(event.value));
-        break;
-    case kMoveAxisY:
-        Set(InputAction::MoveVertical, -StickValue(event.value));
-        break;
-    case kPanAxisX:
-        Set(InputAction::PanHorizontal, StickValue(event.value));
-        break;
-    case kPanAxisY:
-        Set(InputAction::PanVertical, -StickValue(event.value));
-        break;
-    case kZoomOutTrigger:
-        Set(InputAction::ZoomOut, TriggerValue(event.value));
-        break;
-    case kZoomInTrigger:
-        Set(InputAction::ZoomIn, TriggerValue(event.value));
-        break;
-    default:
-        break;
+    if (event.axis < kAxes.size()) {
+        const Axis& axis = kAxes[event.axis];
+        Set(axis.action, axis.sign * axis.value(event.value));
     }
 }
 

@@ -37,6 +37,11 @@ ClusterRecord* ASM_AssetManager::AcquireCluster(const GridKey& key) {
     });
 }
 
+bool ASM_AssetManager::IsLand(Vec2i cell) const {
+    const ClusterRecord* cluster = clusters.Find(ClusterKeyOfCell(cell).id);
+    return cluster != nullptr && cluster->LandFlag(CellKey(cell).id) == 1;
+}
+
 DungeonRecord* ASM_AssetManager::AcquireDungeon(const GridKey& cellKey, std::size_t neighborCount) {
     return dungeons.Acquire(cellKey.id, neighborCount, [&](DungeonRecord& record) {
         GEN_DungeonGenerator::GetInstance()->Generate(cellKey, neighborCount, record);

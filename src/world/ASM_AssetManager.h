@@ -28,6 +28,9 @@ public:
     /// Gives a reference back; nothing happens when none is held.
     void ReleaseCluster(const GridKey& key) { clusters.Release(key.id); }
 
+    /// Whether a cell (cell coordinates) of a cluster in use holds land. Main thread.
+    bool IsLand(Vec2i cell) const;
+
     /// A reference to the land cell's dungeon, generated when it is not in use, with compass points
     /// for this many neighbours. Never null.
     DungeonRecord* AcquireDungeon(const GridKey& cellKey, std::size_t neighborCount);

@@ -122,13 +122,8 @@ Vec2i CellGrid::GetTarget(std::size_t slot) const {
 void CellGrid::RequestCell(std::size_t slot, const GridKey& cell) {
     CellRequest request;
     request.cell = cell;
-    const std::int32_t clusterId = ClusterKeyOfCell(cell.Coords()).id;
-    for (const ClusterRecord* cluster : clusters) {
-        if (cluster->key.id == clusterId) {
-            request.land = cluster->LandFlag(cell.id);
-        }
-    }
-    if (request.land == 1) {
+    if (ASM_AssetManager::GetInstance()->IsLand(cell.Coords())) {
+        request.land = 1;
         request.neighbors = ASM_AssetManager::GetInstance()->GetNeighbors(cell);
     }
     if (Retarget(slot, std::move(request))) {

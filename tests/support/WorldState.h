@@ -30,7 +30,8 @@ std::ostream& operator<<(std::ostream& out, Vec2f v);
 template <typename... Values>
 std::string Text(const Values&... values) {
     std::ostringstream text;
-    (text << std::setprecision(9) << ... << values);
+    text << std::setprecision(9);
+    (text << ... << values);
     return text.str();
 }
 
