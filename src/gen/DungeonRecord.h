@@ -1,4 +1,4 @@
-// A land cell's generated content: rooms, corridors, tiles, enemy and compass points.
+// A land cell's generated content: rooms, hallways, tiles, enemy and compass points.
 //
 // Plain data in tile units (x right, y up, the cell's lower left tile is (0, 0)). The world data
 // store owns every record; the generator rewrites one completely.

@@ -18,7 +18,7 @@ constexpr float kExtraEdgeShare = 0.3f; // of the spanning tree's edges
 constexpr std::size_t kUsualNeighbors = 16;
 constexpr std::int32_t kTilesPerEnemy = 20;
 
-// A corridor runs from two tiles before its centre line to the tile after it.
+// A hallway runs from two tiles before its centre line to the tile after it.
 constexpr std::int32_t kBeforeLine = 2;
 constexpr std::int32_t kAfterLine = 1;
 

@@ -1,4 +1,4 @@
-// Generates the dungeon of a land cell: rooms, corridors, tiles, enemy and compass points.
+// Generates the dungeon of a land cell: rooms, hallways, tiles, enemy and compass points.
 //
 // A manager, created at start-up and destroyed at shutdown. `Generate` may run on any number of
 // threads at once, each with a record of its own: random engines and temporaries belong to the
@@ -50,12 +50,12 @@ public:
     /// `edges` that are not there yet. An edge counts as new when only its reverse is there.
     static void AddExtraEdges(DungeonRecord& record);
 
-    /// Fills `hallways` from `hallwayEdges`: one straight corridor, three tiles wide, where the
+    /// Fills `hallways` from `hallwayEdges`: one straight hallway, three tiles wide, where the
     /// middle between the two centres lies beside both rooms, otherwise two that form an L. A
-    /// corridor of an L can get a negative width or height; it covers no tile.
+    /// hallway of an L can get a negative width or height; it covers no tile.
     static void BuildHallways(DungeonRecord& record);
 
-    /// Paints the corridors and, over them, the main rooms, cut to the cell's 512 x 512 tiles. The
+    /// Paints the hallways and, over them, the main rooms, cut to the cell's 512 x 512 tiles. The
     /// tiles must be 0 before.
     static void PaintTiles(DungeonRecord& record);
 

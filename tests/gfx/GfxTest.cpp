@@ -98,6 +98,9 @@ TEST(GfxTest, WhatLiesFarOutsideIsCutOrLeftOut) {
         EXPECT_EQ(ClipLine(found.first, found.second, {640, 480}), expected != cut);
         EXPECT_TRUE(found == expected || expected == cut) << line.first.x << ',' << line.first.y;
     }
+    Line wide{{100, 50}, {100, kLow}}; // a wider window leaves less room around it
+    EXPECT_TRUE(ClipLine(wide.first, wide.second, {3840, 2160}));
+    EXPECT_EQ(wide.second, (Vec2i{100, -31821}));
     const Game game;
     EXPECT_EQ(
         Drawn([] {

@@ -31,6 +31,11 @@ TEST(InputTest, AReleaseCountsWhenThePressLiesLongEnoughBack) {
         input.Update();
         EXPECT_EQ(input.IsPressed(InputAction::Confirm), c.counts) << c.press << " " << c.release;
     }
+    PushKey(SDL_KEYDOWN, SDLK_a);
+    PushKey(SDL_KEYDOWN, SDLK_d);
+    PushKey(SDL_KEYUP, SDLK_a);
+    input.Update();
+    EXPECT_EQ(input.ActionValue(InputAction::MoveHorizontal), 0.0f) << "d is still held";
 }
 
 // SDL's virtual device, moved as a driver would.
@@ -48,4 +53,7 @@ TEST(InputTest, TheFirstJoystickSteersTheShip) {
     SDL_JoystickSetVirtualAxis(joystick, 4, -20000); // a trigger, pressed a little
     game.Tick();
     EXPECT_EQ(CMN_InputManager::GetInstance()->ActionValue(InputAction::ZoomOut), 0.0f);
+    SDL_JoystickSetVirtualAxis(joystick, 0, -5000); // the last value at rest
+    game.Tick();
+    EXPECT_EQ(CMN_InputManager::GetInstance()->ActionValue(InputAction::MoveHorizontal), 0.0f);
 }

@@ -94,6 +94,7 @@ TEST(StreamingTest, ARetargetedSlotHidesItsCellAtOnceAndDropsItsEntitiesAfterThe
     game.Settle();
     const std::vector<IEntity*> spawned = world.layers[kSpawnedLayer];
     ASSERT_FALSE(spawned.empty());
+    EXPECT_EQ(world.cellGrid.lastClusterKey.id, ClusterKeyOfCell({6, 3}).id);
     world.player->position = {};
     EXPECT_NE(world.GetTileAt(spawned[0]->position), kTileEmpty) << "not in the player's cell";
     {

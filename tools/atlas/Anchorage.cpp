@@ -10,7 +10,7 @@ namespace {
 
 class Water {
 public:
-    // No room and no corridor reaches the last row and column, so open water begins in their
+    // No room and no hallway reaches the last row and column, so open water begins in their
     // corner.
     explicit Water(const DungeonRecord& theDungeon)
         : dungeon(theDungeon), open(dungeon.tiles.size(), false) {

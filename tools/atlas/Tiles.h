@@ -2,7 +2,7 @@
 //
 // At zoom z a cell is 2^z pixels wide. Column 0 begins at the world's west edge and row 0 at its
 // south edge, so rows go up, like the world's coordinates and unlike the pixels within a picture.
-// Up to zoom 5 an island is a square; from zoom 6 on its rooms and corridors show, from zoom 9 on
+// Up to zoom 5 an island is a square; from zoom 6 on its rooms and hallways show, from zoom 9 on
 // tile by tile. A picture depends on nothing but its place and the layers.
 #pragma once
 
@@ -53,7 +53,7 @@ public:
     const std::vector<Island>& IslandsOf(Vec2i cluster);
     /// The island in a cell, null for water. Valid until the next call.
     const Island* IslandAt(Vec2i cell);
-    /// Its rooms, corridors and points. Valid until the next call.
+    /// Its rooms, hallways and points. Valid until the next call.
     const DungeonRecord& DungeonOf(const Island& island);
 
 private:
