@@ -27,7 +27,7 @@ void OpenStandardStreams() {
     for (std::FILE* stream : {stdin, stdout, stderr}) {
         const int descriptor = _fileno(stream);
         if (descriptor < 0 || _get_osfhandle(descriptor) < 0) {
-            std::freopen("NUL", stream == stdin ? "r" : "w", stream);
+            static_cast<void>(std::freopen("NUL", stream == stdin ? "r" : "w", stream));
         }
     }
 }

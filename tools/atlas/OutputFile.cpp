@@ -31,8 +31,11 @@ fs::path Followed(fs::path path) {
 }
 
 fs::path DraftOf(const fs::path& place) {
-    const std::string mark = std::to_string(std::random_device()());
-    return place.parent_path() / ("." + place.filename().string() + "." + mark);
+    std::string name = ".";
+    name += place.filename().string();
+    name += '.';
+    name += std::to_string(std::random_device()());
+    return place.parent_path() / name;
 }
 
 } // namespace
