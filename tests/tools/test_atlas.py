@@ -108,7 +108,7 @@ def test_no_run_leaves_half_a_file_or_loses_a_good_one(tmp_path):
     assert (full.returncode, run("cell 6 3 -o", device).returncode) == (1, 1)
     assert "File too large" in full.stderr
     for end in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-        with subprocess.Popen([PROGRAM, *"clusters 0 0 99 99 --scale 1 -o".split(), link, "--json",
+        with subprocess.Popen([PROGRAM, *"clusters 0 0 499 499 --scale 1 -o".split(), link, "--json",
                                tmp_path / "j"], stderr=subprocess.PIPE, text=True) as process:
             assert re.match("drawing: [0-9]+ %", process.stderr.readline())
             process.send_signal(end)
