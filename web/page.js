@@ -193,7 +193,6 @@ function bindFinger(button) {
 
 function showFingers() {
     document.body.classList.add("touch");
-    element("fingers").hidden = !game;
 }
 
 // ---- Gamepads
@@ -267,15 +266,12 @@ async function start() {
     if (!game) {
         return; // it has told why
     }
-    for (const id of ["help", "links"]) {
+    for (const id of ["help", "links", "fingers"]) {
         element(id).hidden = false;
     }
     element("cover").hidden = true;
     canvas.focus();
     readPads(hasPad ? TRIGGERS : { ...TRIGGERS, ...STICKS });
-    if (matchMedia("(pointer: coarse)").matches) {
-        showFingers();
-    }
 }
 
 window.addEventListener("keydown", onKey, true);
@@ -290,4 +286,7 @@ for (const moment of ["pointerdown", "focus", "click"]) {
 }
 element("fingers").querySelectorAll("button").forEach(bindFinger);
 element("fingers").addEventListener("pointerdown", hideHelp);
+if (matchMedia("(pointer: coarse)").matches) {
+    showFingers();
+}
 start().catch(error => stop(error.message));

@@ -26,14 +26,15 @@ def serve(folder):
 
 
 @contextlib.contextmanager
-def start(profile, width=1280, height=720, touch=False):
-    """The browser with an empty profile in that folder, its view so many pixels large."""
+def start(profile, width=1280, height=720, touch=False, ratio=1):
+    """The browser with an empty profile in that folder, its view so large: in the page's pixels, each of
+    `ratio` x `ratio` of the screen's."""
     options = webdriver.ChromeOptions()
     options.binary_location = "/usr/bin/chromium"
     for flag in (*FLAGS, f"user-data-dir={profile}"):
         options.add_argument(f"--{flag}")
     options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-    metrics = {"width": width, "height": height, "pixelRatio": 1, "touch": touch}
+    metrics = {"width": width, "height": height, "pixelRatio": ratio, "touch": touch}
     options.add_experimental_option("mobileEmulation", {"deviceMetrics": metrics})
     service = webdriver.chrome.service.Service("/usr/bin/chromedriver")
     with webdriver.Chrome(service=service, options=options) as browser:

@@ -108,17 +108,22 @@ def test_a_link_is_a_place_below_any_path(chromium, tmp_path):
             assert [x // 24, y // 24, round(zoom, 3)] == [expected[0] // 24, expected[1] // 24, expected[2]], query
         link = page.run("return linkToPlace()")
         assert link == f"{address}?x={x}&y={y}&zoom=1"
+        loaded = page.run("return performance.getEntriesByType('resource').map(({name}) => name)")
+        assert len(loaded) > 4 and all(name.startswith(address) for name in loaded)
+        page.picture("some-path")
         page.element("copy").click()
         page.wait(lambda: "link to this place" in page.element("note").text, "it is said where the link is")
 
 
 def test_on_a_phone_fingers_play_and_so_does_a_gamepad_that_comes_late(site, tmp_path):
-    with start(tmp_path, 390, 844, touch=True) as chromium:
+    with start(tmp_path, 390, 844, touch=True, ratio=2) as chromium:
         play_with_fingers(Page(chromium), site)
 
 
 def play_with_fingers(page, site):
     assert page.open(site) == "" and page.run("return [canvas.width, canvas.height]") == [390, 844]
+    sea = page.picture("phone").crop((0, 400, 780, 1100))
+    assert sea.reduce(2).resize(sea.size, Image.Resampling.NEAREST).tobytes() == sea.tobytes(), "pixels are sharp"
 
     def touch(name, condition, what):
         box = page.run("return document.querySelector(`[data-key='${arguments[0]}']`).getBoundingClientRect()", name)
@@ -135,7 +140,10 @@ def play_with_fingers(page, site):
     touch("Backspace", lambda: page.run("return game._IsMapOpen()") == 1, "a tap opens the map")
     page.picture("phone-map")
     touch("Backspace", lambda: page.run("return game._IsMapOpen()") == 0, "another closes it")
-    page.picture("phone")
+    page.browser.execute_cdp_cmd("Emulation.setDeviceMetricsOverride",
+                                 {"width": 844, "height": 390, "deviceScaleFactor": 2, "mobile": True})
+    page.wait(lambda: page.run("return [canvas.clientWidth, canvas.clientHeight]") == [180, 390], "it is turned")
+    page.picture("phone-turned")
     page.run("""const pad = { axes: [-1, 0, 0, 0], buttons: [] };
         Object.defineProperty(navigator, "getGamepads", { value: () => [null, pad] });""")
     page.wait(lambda: page.run(PLACE)[0] < x, "the ship sails left")
