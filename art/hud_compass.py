@@ -1,8 +1,9 @@
 """The radar's dial, 118 x 118 pixels, between two plates that name the keys; drawn at that size.
 
 Island icons, 9 pixels wide, are laid on it: up to 50 pixels from the middle, where they still clear
-the bezel, and 20 pixels for each cell of distance. A wider dial would reach under the map. The player's own island is never more than half a cell away on
-either axis, so the middle is a ring with four bright ticks around the player's place, outside an icon that lies on it."""
+the bezel, and 20 pixels for each cell of distance. A wider dial would reach under the map. The player's own
+island is never more than half a cell away on either axis, so the player's place is a bright dot in a ring that an icon
+cannot hide."""
 
 import legend
 from builder.picture import blank, put
@@ -37,11 +38,8 @@ def _dial(palette):
                            (101, "slate"), (99, "navy"), (81, "slate"), (79, "navy"),
                            (41, "slate"), (39, "navy")):
         disc(picture, MIDDLE, radius, palette[colour])
-    for out in (6, 7, 8):  # ticks around the player's place
-        for side in (58, 59):
-            for at in (58 - out, 59 + out):
-                put(picture, at, side, palette["foam"])
-                put(picture, side, at, palette["foam"])
+    for radius, colour in ((16, "ink"), (15, "foam"), (12, "ink"), (11, "navy"), (3, "foam")):
+        disc(picture, MIDDLE, radius, palette[colour])  # the player's place
     for dx, dy in ((0, 1), (1, 0), (-1, 0)):
         _point(picture, (dx, dy), palette["cloth_shade"], palette["wood_mid"])
     _point(picture, (0, -1), palette["red"], palette["red_dark"])

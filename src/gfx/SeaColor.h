@@ -4,4 +4,4 @@
 #include <SDL_pixels.h>
 
 /// The mean colour of the water tile.
-inline constexpr SDL_Color kSeaColor{33, 98, 139, 255};
+inline constexpr SDL_Color kSeaColor{28, 88, 128, 255};

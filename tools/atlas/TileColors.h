@@ -3,6 +3,6 @@
 
 #include "atlas/Picture.h"
 
-inline constexpr Color kWaterTile{33, 98, 139};
-inline constexpr Color kHallwayTile{123, 118, 112};
-inline constexpr Color kRoomTile{105, 132, 64};
+inline constexpr Color kWaterTile{28, 88, 128};
+inline constexpr Color kHallwayTile{126, 121, 115};
+inline constexpr Color kRoomTile{108, 135, 67};
