@@ -145,19 +145,29 @@ function press(key, isDown) {
     window.dispatchEvent(new KeyboardEvent(isDown ? "keydown" : "keyup", { key, code, keyCode, which: keyCode }));
 }
 
-/** Whether a key stays the browser's: its own commands, and what works the page's own controls. */
-function isForPage(event) {
-    const onControl = event.target instanceof Element && event.target.closest("a, button");
-    return event.ctrlKey || event.metaKey || event.altKey || /^(Tab|F\d+)$/.test(event.key) ||
-        (onControl && /^(Enter| )$/.test(event.key));
+/** Whether a key works one of the page's own controls. */
+function isForControl(event) {
+    return event.target instanceof Element && event.target.closest("a, button") && /^(Enter| )$/.test(event.key);
 }
 
-function onKey(event) {
+/** Whether a key that goes down stays the browser's: its own commands, and the page's controls. */
+function isForPage(event) {
+    return event.ctrlKey || event.metaKey || event.altKey || /^(Tab|F\d+)$/.test(event.key) || isForControl(event);
+}
+
+function onKeyDown(event) {
     if (!game || isForPage(event)) {
         event.stopImmediatePropagation();
     } else {
         event.preventDefault(); // no scrolling, no search as you type
         hideHelp();
+    }
+}
+
+/** What follows a key: the game lets nothing come of it, and a control acts only then. */
+function afterKeyDown(event) {
+    if (isForControl(event)) {
+        event.stopImmediatePropagation();
     }
 }
 
@@ -172,8 +182,7 @@ const SHORTEST_PRESS = 80; // ms; the game takes no notice of keys that are let 
 /** Lets a button press a key for as long as a finger is on it. */
 function bindFinger(button) {
     let release = null;
-    button.addEventListener("pointerdown", event => {
-        event.preventDefault();
+    const begin = () => {
         if (release || !game) {
             return;
         }
@@ -181,13 +190,24 @@ function bindFinger(button) {
         const began = performance.now();
         press(key, true);
         release = () => setTimeout(() => press(key, false), began + SHORTEST_PRESS - performance.now());
+    };
+    const end = () => {
+        release?.();
+        release = null;
+    };
+    button.addEventListener("pointerdown", event => {
+        event.preventDefault();
+        begin();
     });
-    for (const end of ["pointerup", "pointercancel", "lostpointercapture"]) {
-        button.addEventListener(end, () => {
-            release?.();
-            release = null;
-        });
+    for (const moment of ["pointerup", "pointercancel", "lostpointercapture"]) {
+        button.addEventListener(moment, end);
     }
+    button.addEventListener("click", event => {
+        if (event.detail === 0) { // from a keyboard or a screen reader
+            begin();
+            end();
+        }
+    });
     button.addEventListener("contextmenu", event => event.preventDefault());
 }
 
@@ -274,7 +294,9 @@ async function start() {
     readPads(hasPad ? TRIGGERS : { ...TRIGGERS, ...STICKS });
 }
 
-window.addEventListener("keydown", onKey, true);
+window.addEventListener("keydown", onKeyDown, true);
+window.addEventListener("keypress", afterKeyDown, true);
+window.addEventListener("keyup", afterKeyDown, true);
 window.addEventListener("resize", fit);
 window.addEventListener("touchstart", showFingers, { once: true });
 window.addEventListener("error", event => stop(`The game stopped: ${event.message}`));
