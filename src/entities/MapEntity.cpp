@@ -36,12 +36,9 @@ Vec2f WorldPoint(Vec2i coords, Vec2i offset) {
 
 // The rectangle of this size with its lower left corner at a window point.
 Rect RectAt(Vec2i corner, Vec2i size) {
-    return {SaturatingAdd(corner.x, size.x),
-            corner.x,
-            SaturatingAdd(corner.y, size.y),
-            corner.y,
-            size.x,
-            size.y};
+    const std::int32_t right = SaturatingAdd(corner.x, size.x);
+    const std::int32_t top = SaturatingAdd(corner.y, size.y);
+    return {right, corner.x, top, corner.y, size.x, size.y};
 }
 
 // A square of twice `reach` pixels around a window point.

@@ -8,14 +8,11 @@
 #include <cassert>
 
 Rect UIF_Widget::AbsoluteRect(const Rect& parent) const {
-    Rect area;
-    area.right = SaturatingAdd(rect.right, parent.left);
-    area.left = SaturatingAdd(rect.left, parent.left);
-    area.top = SaturatingAdd(rect.top, parent.bottom);
-    area.bottom = SaturatingAdd(rect.bottom, parent.bottom);
-    area.width = SaturatingSub(area.right, area.left);
-    area.height = SaturatingSub(area.top, area.bottom);
-    return area;
+    const std::int32_t right = SaturatingAdd(rect.right, parent.left);
+    const std::int32_t left = SaturatingAdd(rect.left, parent.left);
+    const std::int32_t top = SaturatingAdd(rect.top, parent.bottom);
+    const std::int32_t bottom = SaturatingAdd(rect.bottom, parent.bottom);
+    return {right, left, top, bottom, SaturatingSub(right, left), SaturatingSub(top, bottom)};
 }
 
 void UIF_Hoverable::Update() {

@@ -17,6 +17,19 @@
 #include <functional>
 #include <utility>
 
+namespace {
+
+// A new entity in a layer; the world owns it.
+template <typename Entity>
+Entity* Create(WorldManager& world, std::int32_t layer) {
+    auto made = std::make_unique<Entity>();
+    Entity* entity = made.get();
+    world.AddEntity(made.release(), layer);
+    return entity;
+}
+
+} // namespace
+
 WorldManager::WorldManager() = default;
 
 WorldManager::~WorldManager() {
@@ -31,28 +44,16 @@ WorldManager::~WorldManager() {
 bool WorldManager::Init() {
     InitTerrainCells();
 
-    auto boat = std::make_unique<AnchoredBoatEntity>();
-    anchoredBoat = boat.get();
+    anchoredBoat = Create<AnchoredBoatEntity>(*this, kPlayerLayer);
     anchoredBoat->Init();
     anchoredBoat->active = false;
-    AddEntity(boat.release(), kPlayerLayer);
-
     InitPlayer();
     InitCamera();
-
-    auto worldMap = std::make_unique<MapEntity>();
-    map = worldMap.get();
+    map = Create<MapEntity>(*this, kMapLayer);
     map->active = false;
-    AddEntity(worldMap.release(), kMapLayer);
-
-    auto menu = std::make_unique<DebugMenuEntity>();
-    debugMenu = menu.get();
+    debugMenu = Create<DebugMenuEntity>(*this, kMenuLayer);
     debugMenu->active = false;
-    AddEntity(menu.release(), kMenuLayer);
-
-    auto hud = std::make_unique<HudEntity>();
-    hud->Init();
-    AddEntity(hud.release(), kHudLayer);
+    Create<HudEntity>(*this, kHudLayer)->Init();
     return true;
 }
 
@@ -67,11 +68,9 @@ void WorldManager::InitTerrainCells() {
 
 void WorldManager::InitPlayer() {
     const CMN_ConfigurationManager& config = *CMN_ConfigurationManager::GetInstance();
-    auto ship = std::make_unique<PlayerEntity>();
-    player = ship.get();
+    player = Create<PlayerEntity>(*this, kPlayerLayer);
     player->Init();
     player->PlaceAt({config.startPosX, config.startPosY});
-    AddEntity(ship.release(), kPlayerLayer);
 }
 
 void WorldManager::InitCamera() {
@@ -171,10 +170,8 @@ void WorldManager::RemoveEntity(IEntity* entity) {
 
 TerrainCellEntity* WorldManager::CreateTerrainCellEntity() {
     const MutexLock lock(worldLock);
-    auto cell = std::make_unique<TerrainCellEntity>();
-    TerrainCellEntity* entity = cell.get();
+    auto* entity = Create<TerrainCellEntity>(*this, kTerrainLayer);
     entity->Init();
-    AddEntity(cell.release(), kTerrainLayer);
     return entity;
 }
 
