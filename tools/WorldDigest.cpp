@@ -26,18 +26,64 @@ struct Item {
     std::int32_t neighborCount = 0; // of a dungeon's cell
 };
 
-std::uint64_t DigestOf(const Item& item) {
-    Digest digest;
-    switch (item.kind) {
-    case Kind::Cluster: {
-        ClusterRecord record;
-        GenerateCluster(ClusterKey(item.place), record);
-        return digest.Add(record).Value();
+// A generated record in figures for people, and its digest.
+struct Summary {
+    std::string figures;
+    std::uint64_t digest = 0;
+};
+
+template <typename... Values>
+std::string Line(const char* format, Values... values) {
+    char text[200];
+    std::snprintf(text, sizeof text, format, values...);
+    return text;
+}
+
+Summary SummarizeCluster(Vec2i place) {
+    ClusterRecord record;
+    GenerateCluster(ClusterKey(place), record);
+    std::size_t land = 0;
+    for (const auto& [id, flag] : record.cells) {
+        land += flag == 1 ? 1 : 0;
     }
+    return {Line("%zu land", land), Digest().Add(record).Value()};
+}
+
+Summary SummarizeNeighbors(Vec2i place) {
+    const CellNeighborMap neighbors = ClusterBlock(place).Neighbors();
+    std::size_t links = 0;
+    for (const auto& [cell, others] : neighbors) {
+        links += others.size();
+    }
+    return {Line("%zu land, %zu links", neighbors.size(), links), Digest().Add(neighbors).Value()};
+}
+
+std::unique_ptr<DungeonRecord> MakeDungeon(Vec2i cell, std::size_t neighborCount) {
+    auto record = std::make_unique<DungeonRecord>();
+    GEN_DungeonGenerator().Generate(CellKey(cell), neighborCount, *record);
+    return record;
+}
+
+Summary SummarizeDungeon(Vec2i cell, std::size_t neighborCount) {
+    const auto record = MakeDungeon(cell, neighborCount);
+    std::size_t enemies = 0;
+    for (const DungeonRoom& room : record->rooms) {
+        enemies += room.spawnPoints.size();
+    }
+    return {Line("%zu neighbours, %zu rooms, %zu main, %zu hallways, %zu enemies, %zu markers",
+                 neighborCount, record->rooms.size(), record->mainRooms.size(),
+                 record->hallways.size(), enemies, record->compassPoints.size()),
+            Digest().Add(*record).Value()};
+}
+
+Summary Summarize(const Item& item) {
+    switch (item.kind) {
+    case Kind::Cluster:
+        return SummarizeCluster(item.place);
     case Kind::Neighbors:
-        return digest.Add(ClusterBlock(item.place).Neighbors()).Value();
+        return SummarizeNeighbors(item.place);
     default:
-        return DungeonDigest(item.place, static_cast<std::size_t>(item.neighborCount));
+        return SummarizeDungeon(item.place, static_cast<std::size_t>(item.neighborCount));
     }
 }
 
@@ -67,13 +113,6 @@ std::vector<Item> SampleOf(Kind kind, std::size_t drawn) {
         items.push_back({kind, place, kind == Kind::Dungeon ? UniformInt(rng, 0, 9) : 0});
     }
     return items;
-}
-
-template <typename... Values>
-std::string Line(const char* format, Values... values) {
-    char text[100];
-    std::snprintf(text, sizeof text, format, values...);
-    return text;
 }
 
 // Eight tiles a step, the first in the lowest byte whatever the machine's order of bytes.
@@ -127,9 +166,7 @@ void AddTo(Digest& digest, const DungeonRecord& record) {
 }
 
 std::uint64_t DungeonDigest(Vec2i cell, std::size_t neighborCount) {
-    const auto record = std::make_unique<DungeonRecord>();
-    GEN_DungeonGenerator().Generate(CellKey(cell), neighborCount, *record);
-    return Digest().Add(*record).Value();
+    return Digest().Add(*MakeDungeon(cell, neighborCount)).Value();
 }
 
 std::string SampleDigests() {
@@ -146,7 +183,7 @@ std::string SampleDigests() {
         const std::vector<Item> items = SampleOf(kind, drawn);
         Digest sum;
         for (const Item& item : items) {
-            sum.Add(DigestOf(item));
+            sum.Add(Summarize(item).digest);
         }
         text += Line("%zu %s %016" PRIx64 "\n", items.size(), name, sum.Value());
         whole.Add(sum.Value());
@@ -156,14 +193,15 @@ std::string SampleDigests() {
 
 std::string GoldenDigests() {
     std::string text =
-        "# Digests of generated records: kind, x, y, neighbours of a dungeon, digest.\n"
+        "# Generated records: kind, coordinates, what there is of it, digest.\n"
         "# Written by: vesk_digest golden. A change means that existing worlds change.\n";
     const char* const names[] = {"cluster", "neighbors", "dungeon"};
     for (const Kind kind : {Kind::Cluster, Kind::Neighbors, Kind::Dungeon}) {
         for (const Item& item : SampleOf(kind, 144)) {
-            text += Line("%s %" PRId32 " %" PRId32 " %" PRId32 " %016" PRIx64 "\n",
-                         names[static_cast<int>(kind)], item.place.x, item.place.y,
-                         item.neighborCount, DigestOf(item));
+            const auto [figures, digest] = Summarize(item);
+            text += Line("%s (%" PRId32 ",%" PRId32 ") ", names[static_cast<int>(kind)],
+                         item.place.x, item.place.y) +
+                    figures + Line("; %016" PRIx64 "\n", digest);
         }
     }
     return text;

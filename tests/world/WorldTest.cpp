@@ -4,6 +4,7 @@
 #include "entities/CameraEntity.h"
 #include "entities/PlayerEntity.h"
 #include "entities/TerrainCellEntity.h"
+#include "gen/GEN_DungeonGenerator.h"
 #include "support/Game.h"
 #include "support/Guarded.h"
 #include "support/Probe.h"
@@ -113,6 +114,22 @@ TEST(StreamingTest, ARetargetedSlotHidesItsCellAtOnceAndDropsItsEntitiesAfterThe
     world.cellGrid.LoadCell(0, {CellKey({-1, 4}), 1, {}}); // no such cell
     EXPECT_EQ(SlotAt(0).coords, (Vec2i{-1, -1}));
     EXPECT_FALSE(SlotAt(0).cellEntity->active);
+}
+
+TEST(StreamingTest, DungeonsAskedForByKeyAloneAreThoseOfItsNeighbors) {
+    Game game({.start = {6 * 12288 + 6144, 3 * 12288 + 6144}});
+    game.Tick();
+    game.Settle();
+    const GridKey home = CellKey({6, 3});
+    const DungeonRecord* shown = SlotAt(4).cellEntity->GetView().dungeon;
+    ASSERT_EQ(SlotAt(4).coords, home.Coords());
+    EXPECT_EQ(ASM_AssetManager::GetInstance()->AcquireDungeon(home), shown);
+    ASM_AssetManager::GetInstance()->ReleaseDungeon(home.id);
+    const auto again = std::make_unique<DungeonRecord>();
+    GEN_DungeonGenerator::GetInstance()->Generate(home, *again);
+    EXPECT_GT(shown->compassPoints.size(), 0U);
+    EXPECT_EQ(again->compassPoints, shown->compassPoints);
+    EXPECT_EQ(again->tiles, shown->tiles);
 }
 
 TEST(StreamingTest, WithoutWorkersThereIsWaterAndTheQueueDoesNotGrow) {
