@@ -1,7 +1,12 @@
-// What differs between systems, and where the program's files are.
+// What differs between systems, and where the program's files are. Windows has its own of what
+// Portability.cpp does, in windows/.
 #pragma once
 
+#include <SDL_filesystem.h>
+#include <SDL_stdinc.h>
+
 #include <cstdio>
+#include <memory>
 #include <string>
 
 /// The character between the parts of a path on this system.
@@ -19,7 +24,10 @@ inline constexpr char kPathSeparator = '/';
 void PrepareProcess();
 
 /// The executable's directory, ending in a separator; empty when SDL cannot tell. Main thread.
-std::string GetBasePath();
+inline std::string GetBasePath() {
+    const std::unique_ptr<char, decltype(&SDL_free)> path(SDL_GetBasePath(), SDL_free);
+    return path ? path.get() : "";
+}
 
 /// Opens a regular file, whose path is UTF-8 on Windows, as fopen_s does: 0 on success, an error
 /// number otherwise, *file null then. Anything else, such as a directory, a pipe or a device,

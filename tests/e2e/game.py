@@ -3,7 +3,8 @@
 Needs a display, which pytest-xvfb opens for the tests. Every wait ends with a condition or, after
 its deadline, with an error. Places are in window pixels, y down, and a thing's centre.
 
-Environment: VESK_E2E_PROGRAM names the program (build/release/bin/vesk if unset). Screenshots
+Environment: VESK_E2E_PROGRAM names the program (build/release/bin/vesk if unset); wine runs it if its name
+ends in .exe. Screenshots
 are kept in e2e beside the program's folder.
 """
 
@@ -20,6 +21,8 @@ from Xlib.ext import xtest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = ROOT / os.environ.get("VESK_E2E_PROGRAM", "build/release/bin/vesk")
+COMMAND = ["wine", PROGRAM] if PROGRAM.suffix == ".exe" else [PROGRAM]
+VIDEO = {} if PROGRAM.suffix == ".exe" else {"SDL_VIDEODRIVER": "x11"}
 PICTURES = PROGRAM.parents[1] / "e2e"
 
 DEADLINE = 60.0  # seconds; generous, since the machine may be busy with other things
@@ -54,13 +57,13 @@ class Game:
     """A program, looked at once there is a picture in its window. What it says goes to the folder;
     options are as subprocess takes them."""
 
-    def __init__(self, folder, program=PROGRAM, **options):
+    def __init__(self, folder, command=COMMAND, **options):
         self.folder = folder
         self.display = Xlib.display.Display()
         variables = {name: value for name, value in os.environ.items() if name[:4] != "SDL_"}
         with open(folder / "output", "wb") as output:
-            self.process = subprocess.Popen([program], cwd="/", stdout=output,
-                                            env=variables | {"SDL_VIDEODRIVER": "x11"}, **options)
+            self.process = subprocess.Popen(command, cwd="/", stdout=output,
+                                            env=variables | VIDEO, **options)
 
     def __enter__(self):
         try:

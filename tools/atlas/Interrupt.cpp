@@ -1,5 +1,7 @@
 #include "atlas/Interrupt.h"
 
+#include "atlas/System.h"
+
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
@@ -11,17 +13,8 @@ static_assert(std::atomic<int>::is_always_lock_free); // so a handler may write 
 
 } // namespace
 
-// Without SA_RESTART, so that the program does not wait on for the other end of a pipe.
 void NoteInterrupts() {
-    struct sigaction note {};
-    note.sa_handler = [](int signal) { noted = signal; };
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        struct sigaction before {};
-        if (sigaction(signal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN) {
-            sigaction(signal, &note, nullptr);
-        }
-    }
-    std::signal(SIGPIPE, SIG_IGN);
+    PrepareSystem([](int signal) { noted = signal; });
 }
 
 void CheckInterrupted() {

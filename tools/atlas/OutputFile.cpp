@@ -1,13 +1,12 @@
 #include "atlas/OutputFile.h"
 
 #include "atlas/Interrupt.h"
+#include "atlas/System.h"
 
 #include <cerrno>
 #include <random>
 #include <system_error>
 #include <utility>
-
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -17,7 +16,7 @@ constexpr int kMostLinks = 40; // then links lead in a circle, and opening tells
 
 bool IsStraight(const std::string& target) {
     std::error_code error;
-    const fs::file_status status = fs::status(target, error);
+    const fs::file_status status = fs::status(PathOf(target), error);
     return target == "-" || (fs::exists(status) && !fs::is_regular_file(status));
 }
 
@@ -31,8 +30,8 @@ fs::path Followed(fs::path path) {
 }
 
 fs::path DraftOf(const fs::path& place) {
-    std::string name = ".";
-    name += place.filename().string();
+    fs::path name = ".";
+    name += place.filename();
     name += '.';
     name += std::to_string(std::random_device()());
     return place.parent_path() / name;
@@ -45,12 +44,12 @@ OutputFile::OutputFile(std::string theTarget)
     if (target == "-") {
         file = {stdout, std::fflush};
     } else if (IsStraight(target)) {
-        file = Open(target);
+        file = Open(PathOf(target));
     } else {
-        place = Followed(target);
+        place = Followed(PathOf(target));
         std::error_code error;
         const fs::file_status status = fs::status(place, error);
-        if (fs::exists(status) && access(place.c_str(), W_OK) != 0) {
+        if (fs::exists(status) && !IsWritable(place)) {
             Fail(errno);
         }
         const fs::path name = DraftOf(place);
@@ -70,8 +69,7 @@ OutputFile::~OutputFile() {
 }
 
 OutputFile::Handle OutputFile::Open(const fs::path& path) const {
-    // A draft is nobody else's file: "x" opens none that is there.
-    Handle opened(std::fopen(path.c_str(), place.empty() ? "wb" : "wbx"), std::fclose);
+    Handle opened(OpenToWrite(path, !place.empty()), std::fclose); // a draft is nobody else's
     if (opened == nullptr) {
         Fail(errno);
     }
@@ -93,7 +91,7 @@ void OutputFile::Finish() {
         std::error_code error;
         fs::rename(draft, place, error);
         if (error) {
-            Fail(error.value());
+            Fail(error.default_error_condition().value());
         }
         draft.clear();
     }
@@ -107,7 +105,7 @@ void OutputFile::Fail(int error) const {
 bool IsSameFile(const std::string& a, const std::string& b) {
     const auto place = [](const std::string& target) {
         std::error_code error;
-        const fs::path path = Followed(target == "-" ? "/dev/stdout" : target);
+        const fs::path path = Followed(PathOf(target == "-" ? "/dev/stdout" : target));
         const fs::path whole = fs::weakly_canonical(fs::absolute(path), error);
         return error ? path : whole;
     };

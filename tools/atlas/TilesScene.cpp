@@ -3,6 +3,7 @@
 #include "atlas/Parallel.h"
 #include "atlas/PngFile.h"
 #include "atlas/Scenes.h"
+#include "atlas/System.h"
 #include "atlas/Tiles.h"
 
 #include <cstddef>
@@ -23,7 +24,7 @@ public:
     void Write() const {
         const Vec2i size = tiles.last - tiles.first + Vec2i{1, 1};
         for (std::int32_t x = tiles.first.x; x <= tiles.last.x; ++x) {
-            std::filesystem::create_directories(FolderOf(x));
+            std::filesystem::create_directories(PathOf(FolderOf(x)));
         }
         const auto count = static_cast<std::size_t>(size.x) * static_cast<std::size_t>(size.y);
         Progress progress("zoom " + std::to_string(zoom), count);
@@ -35,14 +36,13 @@ public:
     }
 
 private:
-    std::filesystem::path FolderOf(std::int32_t column) const {
-        return std::filesystem::path(arguments.output) / std::to_string(zoom) /
-               std::to_string(column);
+    std::string FolderOf(std::int32_t column) const {
+        return arguments.output + '/' + std::to_string(zoom) + '/' + std::to_string(column) + '/';
     }
 
     void WriteOne(const PicturePlace& place) const {
         thread_local TilePainter painter; // keeps what the next picture shows, too
-        OutputFile file(FolderOf(place.column) / (std::to_string(place.row) + ".png"));
+        OutputFile file(FolderOf(place.column) + std::to_string(place.row) + ".png");
         WritePng(painter.Draw(place, layers), file);
         file.Finish();
     }

@@ -1,0 +1,18 @@
+# What a program for Windows needs beside its code.
+enable_language(RC)
+
+# Icon, version and manifest; and everything linked into the one file, the same bytes each time.
+function(vesk_windows_program target description)
+    set(folder ${CMAKE_CURRENT_BINARY_DIR}/${target}-resources)
+    configure_file(${PROJECT_SOURCE_DIR}/windows/program.rc.in ${folder}/program.rc @ONLY)
+    set(pictures ${PROJECT_SOURCE_DIR}/packaging/icons/vesk-)
+    set(pictures ${pictures}32.png ${pictures}48.png ${pictures}64.png ${pictures}128.png ${pictures}256.png)
+    set(maker ${PROJECT_SOURCE_DIR}/windows/make-icon)
+    add_custom_command(OUTPUT ${folder}/vesk.ico DEPENDS ${maker} ${pictures}
+        COMMAND python3 ${maker} ${folder}/vesk.ico ${pictures})
+    set_source_files_properties(${folder}/program.rc PROPERTIES
+        OBJECT_DEPENDS "${folder}/vesk.ico;${PROJECT_SOURCE_DIR}/windows/program.manifest"
+        INCLUDE_DIRECTORIES ${folder})
+    target_sources(${target} PRIVATE ${folder}/program.rc ${folder}/vesk.ico)
+    target_link_options(${target} PRIVATE -static LINKER:--no-insert-timestamp $<$<CONFIG:Release>:-s>)
+endfunction()

@@ -1,0 +1,57 @@
+// What common/Portability.h promises, on Windows.
+#include "common/Portability.h"
+
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <system_error>
+
+#include <io.h>
+#include <windows.h>
+
+namespace {
+
+void OpenStandardStreams() {
+    // In this order each takes the descriptor that is missing. Without a console there are none.
+    for (std::FILE* stream : {stdin, stdout, stderr}) {
+        const int descriptor = _fileno(stream);
+        if (descriptor < 0 || _get_osfhandle(descriptor) < 0) {
+            static_cast<void>(std::freopen("NUL", stream == stdin ? "r" : "w", stream));
+        }
+    }
+}
+
+// Called on a thread of its own. The system ends the process when this returns, or after some
+// seconds.
+BOOL WINAPI EndWithConsole(DWORD event) {
+    if (event != CTRL_CLOSE_EVENT && event != CTRL_LOGOFF_EVENT && event != CTRL_SHUTDOWN_EVENT) {
+        return FALSE;
+    }
+    std::raise(SIGTERM);
+    Sleep(INFINITE);
+    return TRUE;
+}
+
+std::wstring WidePath(const std::string& path) {
+    const int size = MultiByteToWideChar(CP_UTF8, 0, path.c_str(), -1, nullptr, 0);
+    std::wstring wide(static_cast<std::size_t>(size), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, path.c_str(), -1, wide.data(), size);
+    wide.resize(wide.find(L'\0'));
+    return wide;
+}
+
+} // namespace
+
+void PrepareProcess() {
+    OpenStandardStreams();
+    SetConsoleCtrlHandler(EndWithConsole, TRUE);
+}
+
+int OpenFile(std::FILE** file, const std::string& path, const char* mode) {
+    *file = nullptr;
+    const std::wstring name = WidePath(path);
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(name, ignored)
+               ? _wfopen_s(file, name.c_str(), WidePath(mode).c_str())
+               : ENOENT;
+}
