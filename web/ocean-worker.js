@@ -26,6 +26,9 @@ const kAnswers = {
     find(x, y, east, north) {
         return JSON.parse(UTF8ToString(Module._FindIsland(x, y, east, north)));
     },
+    colors() {
+        return JSON.parse(UTF8ToString(Module._DescribeColors()));
+    },
     memory() {
         return Module.HEAPU8.length;
     },

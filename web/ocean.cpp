@@ -1,7 +1,7 @@
 // What the page's workers call: pictures of the ocean and facts about its islands.
 //
-// Each worker has an instance of its own. Cells come in cell coordinates, y up. What is returned is
-// valid until the next call.
+// Each worker has an instance of its own. Cells come in cell coordinates, y up. Texts are JSON.
+// What is returned is valid until the next call.
 #include "atlas/Anchorage.h"
 #include "atlas/Tiles.h"
 #include "common/Arithmetic.h"
@@ -14,8 +14,9 @@
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
-#include <sstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -40,34 +41,50 @@ Layers LayersOf(unsigned bits) {
     return layers;
 }
 
-void WriteVec(std::ostream& out, Vec2i vec) {
-    out << '[' << vec.x << ',' << vec.y << ']';
+// In the same order.
+std::vector<Color> LayerColors() {
+    std::vector<Color> colors{Picture::GraphColor()};
+    for (const Tone tone :
+         {Tone::Grid, Tone::SeaShade, Tone::Label, Tone::Rooms, Tone::Hallways, Tone::Tree,
+          Tone::Compass, Tone::Spawns, Tone::Border, Tone::Triangulation}) {
+        colors.push_back(Picture::ColorOf(tone));
+    }
+    return colors;
 }
 
-void WriteIsland(std::ostream& out, const Island& island, const DungeonRecord& dungeon) {
+// JSON, kept until the next call.
+const char* Keep(std::string text) {
+    static std::string kept;
+    kept = std::move(text);
+    return kept.c_str();
+}
+
+std::string TextOf(const std::optional<Vec2i>& vec) {
+    return vec ? "[" + std::to_string(vec->x) + "," + std::to_string(vec->y) + "]" : "null";
+}
+
+template <typename Things, typename Call>
+std::string ListOf(const Things& things, const Call& textOf) {
+    std::string list;
+    for (const auto& thing : things) {
+        list += list.empty() ? "[" : ",";
+        list += textOf(thing);
+    }
+    return list.empty() ? "[]" : list + "]";
+}
+
+std::string TextOf(const Island& island, const DungeonRecord& dungeon) {
     std::size_t enemies = 0;
     for (const DungeonRoom& room : dungeon.rooms) {
         enemies += room.spawnPoints.size();
     }
-    out << R"({"cell":)";
-    WriteVec(out, island.cell);
-    out << R"(,"rooms":)" << dungeon.mainRooms.size() << R"(,"corridors":)"
-        << dungeon.hallways.size() << R"(,"enemies":)" << enemies << R"(,"markers":)"
-        << dungeon.compassPoints.size() << R"(,"neighbors":[)";
-    const char* separator = "";
-    for (const Vec2i neighbor : island.neighbors) {
-        out << separator;
-        WriteVec(out, neighbor);
-        separator = ",";
-    }
-    out << R"(],"anchorage":)";
-    const std::optional<Vec2i> anchorage = AnchorageOf(island.cell, dungeon);
-    if (anchorage) {
-        WriteVec(out, *anchorage);
-    } else {
-        out << "null";
-    }
-    out << '}';
+    std::string text = R"({"rooms":)" + std::to_string(dungeon.mainRooms.size());
+    text += R"(,"hallways":)" + std::to_string(dungeon.hallways.size());
+    text += R"(,"enemies":)" + std::to_string(enemies);
+    text += R"(,"markers":)" + std::to_string(dungeon.compassPoints.size());
+    text += R"(,"neighbors":)" + ListOf(island.neighbors, [](Vec2i cell) { return TextOf(cell); });
+    text += R"(,"anchorage":)" + TextOf(AnchorageOf(island.cell, dungeon));
+    return text + '}';
 }
 
 // Whether a way leads more in this one of the eight directions than in any other; (0, 0) takes all.
@@ -100,25 +117,23 @@ EMSCRIPTEN_KEEPALIVE const std::uint8_t* DrawPicture(std::int32_t zoom, std::int
     return bytes.data();
 }
 
-/// The facts about the island in a cell as JSON; "null" for water.
-EMSCRIPTEN_KEEPALIVE const char* DescribeIsland(std::int32_t x, std::int32_t y) {
-    static std::string text;
-    std::ostringstream out;
-    const Island* const island = Painter().IslandAt({x, y});
-    if (island == nullptr) {
-        out << "null";
-    } else {
-        WriteIsland(out, *island, Painter().DungeonOf(*island));
-    }
-    text = out.str();
-    return text.c_str();
+/// The sea's colour and those of the layers, in the order of their bits: a list of texts.
+EMSCRIPTEN_KEEPALIVE const char* DescribeColors() {
+    std::vector<Color> colors = LayerColors();
+    colors.insert(colors.begin(), Picture::ColorOf(Tone::Sea));
+    return Keep(ListOf(colors, [](Color color) { return '"' + TextOf(color) + '"'; }));
 }
 
-/// The cell of the nearest other island in a direction, -1 to 1 each way, as JSON; (0, 0) takes the
-/// nearest of all, the cell's own included. "null" where none is near.
+/// The facts about the island in a cell; null for water.
+EMSCRIPTEN_KEEPALIVE const char* DescribeIsland(std::int32_t x, std::int32_t y) {
+    const Island* const island = Painter().IslandAt({x, y});
+    return Keep(island == nullptr ? "null" : TextOf(*island, Painter().DungeonOf(*island)));
+}
+
+/// The cell of the nearest other island in a direction, -1 to 1 each way; (0, 0) takes the nearest
+/// of all, the cell's own included. Null where none is near.
 EMSCRIPTEN_KEEPALIVE const char* FindIsland(std::int32_t x, std::int32_t y, std::int32_t east,
                                             std::int32_t north) {
-    static std::string text;
     const Vec2i start{x, y};
     const Vec2i direction{east, north};
     std::optional<Vec2i> nearest;
@@ -137,13 +152,6 @@ EMSCRIPTEN_KEEPALIVE const char* FindIsland(std::int32_t x, std::int32_t y, std:
             }
         }
     }
-    std::ostringstream out;
-    if (nearest) {
-        WriteVec(out, *nearest);
-    } else {
-        out << "null";
-    }
-    text = out.str();
-    return text.c_str();
+    return Keep(TextOf(nearest));
 }
 }

@@ -16,17 +16,17 @@ const kReach = 24; // pixels from a click to an island's square
 
 // In the order of the engine's bits.
 const kLayers = [
-    { name: "links", text: "Links between islands", color: "rgb(164,202,214)", on: true },
-    { name: "clusters", text: "Clusters", color: "rgb(62,124,163)", on: true },
-    { name: "grid", text: "Grid of cells and tiles", color: "rgb(30,90,129)", on: true },
-    { name: "names", text: "Islands' coordinates", color: "rgb(214,232,240)", on: true },
-    { name: "rooms", text: "Rooms", color: "rgb(255,255,0)" },
-    { name: "corridors", text: "Corridors", color: "rgb(255,0,0)" },
-    { name: "tree", text: "Spanning tree", color: "rgb(0,255,0)" },
-    { name: "markers", text: "Markers", color: "rgb(255,128,0)", on: true },
-    { name: "enemies", text: "Enemies", color: "rgb(255,0,255)" },
-    { name: "borders", text: "Islands' borders", color: "rgb(255,0,0)" },
-    { name: "triangulation", text: "Triangulation", color: "rgb(255,255,255)" },
+    { name: "links", text: "Links between islands", on: true },
+    { name: "clusters", text: "Clusters", on: true },
+    { name: "grid", text: "Grid of cells and tiles", on: true },
+    { name: "names", text: "Islands' coordinates", on: true },
+    { name: "rooms", text: "Rooms" },
+    { name: "hallways", text: "Hallways" },
+    { name: "tree", text: "Spanning tree" },
+    { name: "markers", text: "Markers" },
+    { name: "enemies", text: "Enemies" },
+    { name: "borders", text: "Islands' borders" },
+    { name: "triangulation", text: "Triangulation" },
 ];
 
 const kWays = {
@@ -257,7 +257,7 @@ async function choose(cell) {
         return;
     }
     element("name").textContent = `Island ${nameOf(cell)}`;
-    for (const fact of ["rooms", "corridors", "enemies", "markers"]) {
+    for (const fact of ["rooms", "hallways", "enemies", "markers"]) {
         element(fact).textContent = island[fact];
     }
     element("sail").hidden = !island.anchorage;
@@ -330,12 +330,16 @@ function showLayers() {
     ocean.show(bits);
 }
 
-for (const { name, text, color, on } of kLayers) {
+async function showColors() {
+    const [sea, ...layers] = await crew.ask("colors", []).result;
+    document.documentElement.style.setProperty("--sea", sea);
+    document.querySelectorAll("#layers i").forEach((sample, i) => { sample.style.background = layers[i]; });
+}
+
+for (const { name, text, on } of kLayers) {
     const label = document.createElement("label");
     const box = Object.assign(document.createElement("input"), { type: "checkbox", name, checked: Boolean(on) });
-    const sample = document.createElement("i");
-    sample.style.background = color;
-    label.append(box, text, sample);
+    label.append(box, text, document.createElement("i"));
     box.addEventListener("change", showLayers);
     document.querySelector("#layers fieldset").append(label);
 }
@@ -366,5 +370,6 @@ for (const button of document.querySelectorAll("#compass button")) {
 window.addEventListener("hashchange", readAddress);
 
 readAddress();
+showColors();
 showLayers();
 ocean.addTo(map);

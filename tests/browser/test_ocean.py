@@ -15,7 +15,7 @@ from selenium.webdriver.support.ui import WebDriverWait
 
 from conftest import ROOT
 
-OVERLAYS = {"rooms", "corridors", "tree", "markers", "enemies", "borders", "triangulation"}
+OVERLAYS = {"rooms", "hallways", "tree", "markers", "enemies", "borders", "triangulation"}
 LAYERS = {"links", "clusters", "grid", "names"} | OVERLAYS
 DRAWN = """const [done] = arguments; (function look() {
     const tiles = [...ocean.shown].filter(({coords}) => coords.z === map.getZoom());
@@ -59,10 +59,11 @@ def search(chromium, words):
     chromium.find_element(By.ID, "place").send_keys(words, Keys.ENTER)
 
 
-def test_pictures_are_those_of_the_atlas_at_each_zoom(chromium, site, tmp_path):
-    atlas("tiles 0 0 0 0 --zoom 2-9 --overlay all", "-o", tmp_path)
-    show(chromium, site, 8, 8, 2, LAYERS)
-    for zoom in range(2, 10):
+@pytest.mark.parametrize("zooms, overlay, layers", [((6, 6), "", None), ((2, 9), "--overlay all", LAYERS)])
+def test_pictures_are_those_of_the_atlas_at_each_zoom(chromium, site, zooms, overlay, layers, tmp_path):
+    atlas(f"tiles 0 0 0 0 --zoom {zooms[0]}-{zooms[1]} {overlay} -o", tmp_path)
+    show(chromium, site, 8, 8, zooms[0], layers)
+    for zoom in range(zooms[0], zooms[1] + 1):
         chromium.execute_script("map.setView([8, 8], arguments[0], {animate: false})", zoom)
         compared = 0
         for (column, row), picture in pictures(chromium).items():
@@ -108,10 +109,10 @@ def test_island_tells_its_facts_and_the_ship_sails_from_it(chromium, site, tmp_p
     show(chromium, site, 6.5, 3.5, 5)
     chromium.find_element(By.ID, "map").send_keys(Keys.ENTER)
     wait(chromium, lambda: text(chromium, "name") == "Island 6, 3")
-    facts = {name: int(text(chromium, name)) for name in ("rooms", "corridors", "enemies", "markers")}
+    facts = {name: int(text(chromium, name)) for name in ("rooms", "hallways", "enemies", "markers")}
     dungeon = cell["dungeon"]
     assert facts == {
-        "rooms": len(dungeon["mainRooms"]), "corridors": len(dungeon["hallways"]),
+        "rooms": len(dungeon["mainRooms"]), "hallways": len(dungeon["hallways"]),
         "enemies": sum(len(room["spawnPoints"]) for room in dungeon["rooms"]),
         "markers": len(dungeon["compassPoints"])}
     neighbors = [f"{at['x']}, {at['y']}" for at in cell["neighbors"]]
@@ -124,6 +125,12 @@ def test_island_tells_its_facts_and_the_ship_sails_from_it(chromium, site, tmp_p
     around = [(1, 0), (-1, 0), (0, 1), (0, -1)]
     assert dungeon["tiles"][row][column] == "0"
     assert "2" in [dungeon["tiles"][row + up][column + right] for right, up in around]
+
+    link = chromium.find_element(By.ID, "show")
+    chromium.execute_script("arguments[0].target = ''", link)  # not into a window of its own
+    link.click()
+    wait(chromium, lambda: chromium.current_url.endswith(f"/ocean.html#{x},{y},9"))
+    assert chromium.execute_script("return map.hasLayer(visitor) && toWorld(visitor.getLatLng())") == {"x": x, "y": y}
 
 
 def test_search_and_address_lead_to_places(chromium, site):

@@ -5,7 +5,6 @@
 #include "atlas/Scenes.h"
 #include "atlas/TiledMap.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
@@ -44,7 +43,7 @@ public:
             const Vec2i corner = CornerOf(OffsetOf(i));
             const Cell& cell = cells[i];
             picture.Outline({corner.x, corner.y, side, side}, Tone::Grid);
-            if (IsInWorld({cell.key.x, cell.key.y})) {
+            if (IsInWorld(cell.key.Coords())) {
                 const std::string name =
                     std::to_string(cell.key.x) + "," + std::to_string(cell.key.y);
                 picture.Text(corner + Vec2i{8, 8}, name, 3);

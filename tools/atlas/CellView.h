@@ -32,7 +32,7 @@ public:
     void DrawTiles(const DungeonRecord& dungeon) const;
     /// The upper and left edge of each tile in a tone that stands out from the tile's.
     void DrawTileBorders(const DungeonRecord& dungeon) const;
-    /// Corridors and main rooms as rectangles, each at least a pixel wide and high, with shallow
+    /// Hallways and main rooms as rectangles, each at least a pixel wide and high, with shallow
     /// water around them that may reach into other cells; no sea.
     void DrawShapes(const DungeonRecord& dungeon) const;
     void DrawOverlays(const DungeonRecord& dungeon, const Overlays& overlays) const;

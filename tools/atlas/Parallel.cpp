@@ -1,8 +1,11 @@
 #include "atlas/Parallel.h"
 
+#include "atlas/Interrupt.h"
+
 #include <cstdio>
 
 void Progress::Add() {
+    CheckInterrupted();
     const std::lock_guard lock(mutex);
     ++done;
     const Clock::time_point now = Clock::now();

@@ -1,8 +1,6 @@
 // Work for every core, and word of how far it has come.
 #pragma once
 
-#include "atlas/Interrupt.h"
-
 #include <atomic>
 #include <chrono>
 #include <cstddef>
@@ -14,7 +12,8 @@
 #include <vector>
 
 /// Counts the steps of a work. Once that has taken more than a second, a line on standard error
-/// tells every second how many in a hundred are done. Any thread may call.
+/// tells every second how many in a hundred are done. Any thread may call. An interrupted program
+/// throws Interrupted at its next step.
 class Progress {
 public:
     Progress(std::string theWork, std::size_t stepCount)
@@ -34,8 +33,7 @@ private:
 
 /// Calls work(i) for every i below count on this many threads, the caller's included, and returns
 /// when all is done; fewer threads do where the system has no more. Which thread takes which i, and
-/// when, is left to chance. Throws what a call has thrown first, or Interrupted, after the last
-/// call has ended.
+/// when, is left to chance. Throws what a call has thrown first, after the last call has ended.
 template <typename Work>
 void ForEachIndex(std::size_t count, unsigned threads, const Work& work) {
     std::atomic<std::size_t> next = 0;
@@ -44,7 +42,6 @@ void ForEachIndex(std::size_t count, unsigned threads, const Work& work) {
     const auto run = [&] {
         try {
             for (std::size_t i = next++; i < count; i = next++) {
-                CheckInterrupted();
                 work(i);
             }
         } catch (...) {

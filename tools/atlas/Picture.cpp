@@ -52,11 +52,25 @@ bool IsAboveGraph(Tone tone) {
     return tone == Tone::Land || tone == Tone::Shore || tone == Tone::Label || tone == Tone::Void;
 }
 
+std::uint8_t PixelOf(Tone tone) {
+    return static_cast<std::uint8_t>(static_cast<int>(tone) << kToneShift);
+}
+
 std::uint8_t Blend(std::uint8_t below, std::uint8_t above, int cover) {
     return static_cast<std::uint8_t>((below * (kFullCover - cover) + above * cover) / kFullCover);
 }
 
 } // namespace
+
+std::string TextOf(Color color) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string text = "#";
+    for (const std::uint8_t part : {color.r, color.g, color.b}) {
+        text += digits[part >> 4];
+        text += digits[part & 15];
+    }
+    return text;
+}
 
 Picture::Picture(std::int32_t pictureWidth, std::int32_t pictureHeight)
     : width(pictureWidth), height(pictureHeight),
@@ -70,9 +84,17 @@ Color Picture::ColorOf(std::uint8_t pixel) {
             Blend(below.b, kGraph.b, cover)};
 }
 
+Color Picture::ColorOf(Tone tone) {
+    return kColors[static_cast<std::size_t>(tone)];
+}
+
+Color Picture::GraphColor() {
+    return kGraph;
+}
+
 void Picture::Set(Vec2i point, Tone tone) {
     if (Holds(point)) {
-        At(point) = static_cast<std::uint8_t>(static_cast<int>(tone) << kToneShift);
+        At(point) = PixelOf(tone);
     }
 }
 
@@ -88,10 +110,13 @@ void Picture::Cover(Vec2i point, float share) {
 }
 
 void Picture::Fill(Area area, Tone tone) {
+    const std::int32_t left = std::max(area.x, 0);
+    const std::int32_t right = std::min(area.x + area.w, width);
+    if (left >= right) {
+        return;
+    }
     for (std::int32_t y = std::max(area.y, 0); y < std::min(area.y + area.h, height); ++y) {
-        for (std::int32_t x = std::max(area.x, 0); x < std::min(area.x + area.w, width); ++x) {
-            Set({x, y}, tone);
-        }
+        std::fill_n(&At({left, y}), right - left, PixelOf(tone));
     }
 }
 

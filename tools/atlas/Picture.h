@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -37,6 +38,9 @@ struct Color {
     std::uint8_t g = 0;
     std::uint8_t b = 0;
 };
+
+/// As style sheets write a colour: #rrggbb.
+std::string TextOf(Color color);
 
 struct Area {
     std::int32_t x = 0; ///< upper left corner
@@ -68,6 +72,8 @@ public:
 
     /// The colour of a pixel's byte.
     static Color ColorOf(std::uint8_t pixel);
+    static Color ColorOf(Tone tone);
+    static Color GraphColor();
 
 private:
     bool Holds(Vec2i point) const {

@@ -1,27 +1,14 @@
 #include "atlas/TiledMap.h"
 
-#include "atlas/TileColors.h"
+#include "atlas/Picture.h"
 
 #include <nlohmann/json.hpp>
 
-#include <cstddef>
 #include <string>
-#include <string_view>
 
 using Json = nlohmann::ordered_json;
 
 namespace {
-
-// As HTML writes colours.
-std::string TextOf(Color color) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text = "#";
-    for (const int part : {color.r, color.g, color.b}) {
-        text += digits[static_cast<std::size_t>(part / 16)];
-        text += digits[static_cast<std::size_t>(part % 16)];
-    }
-    return text;
-}
 
 // Puts a map together. Its objects are measured in world units from the upper left corner, y down.
 class TiledMap {
@@ -30,7 +17,7 @@ public:
 
     Json Make(const GridKey& key) {
         AddRooms();
-        AddCorridors();
+        AddHallways();
         AddMarkers();
         AddEnemies();
         return {{"type", "map"},
@@ -42,7 +29,7 @@ public:
                 {"height", kCellTiles},
                 {"tilewidth", kTileSize},
                 {"tileheight", kTileSize},
-                {"backgroundcolor", TextOf(kWaterTile)},
+                {"backgroundcolor", TextOf(Picture::ColorOf(Tone::Sea))},
                 {"properties",
                  {Property("cellX", key.x), Property("cellY", key.y), Property("id", key.id)}},
                 {"tilesets", Json::array()},
@@ -61,17 +48,17 @@ private:
         for (const std::int32_t id : dungeon.mainRooms) {
             rooms.push_back(Rectangle("room " + std::to_string(id), dungeon.Room(id)));
         }
-        AddLayer("rooms", TextOf(kRoomTile), rooms);
+        AddLayer("rooms", Tone::Room, rooms);
     }
 
-    void AddCorridors() {
-        Json corridors = Json::array();
+    void AddHallways() {
+        Json hallways = Json::array();
         for (const DungeonRoom& hallway : dungeon.hallways) {
             if (hallway.w > 0 && hallway.h > 0) { // else it covers no tile
-                corridors.push_back(Rectangle("corridor", hallway));
+                hallways.push_back(Rectangle("hallway", hallway));
             }
         }
-        AddLayer("corridors", TextOf(kHallwayTile), corridors);
+        AddLayer("hallways", Tone::Hallway, hallways);
     }
 
     void AddMarkers() {
@@ -79,7 +66,7 @@ private:
         for (const Vec2i& tile : dungeon.compassPoints) {
             markers.push_back(Point("marker", tile));
         }
-        AddLayer("markers", TextOf({255, 128, 0}), markers);
+        AddLayer("markers", Tone::Compass, markers);
     }
 
     void AddEnemies() {
@@ -89,14 +76,14 @@ private:
                 enemies.push_back(Point("enemy", tile));
             }
         }
-        AddLayer("enemies", TextOf({255, 0, 255}), enemies);
+        AddLayer("enemies", Tone::Spawns, enemies);
     }
 
-    void AddLayer(const char* name, const std::string& color, const Json& objects) {
+    void AddLayer(const char* name, Tone color, const Json& objects) {
         layers.push_back({{"type", "objectgroup"},
                           {"id", layers.size() + 1},
                           {"name", name},
-                          {"color", color},
+                          {"color", TextOf(Picture::ColorOf(color))},
                           {"draworder", "index"},
                           {"x", 0},
                           {"y", 0},

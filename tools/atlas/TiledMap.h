@@ -5,5 +5,5 @@
 #include "atlas/Records.h"
 
 /// Writes a cell as a map of 512 x 512 tiles, as large as in the game, with the main rooms,
-/// corridors, markers and enemies as layers of objects. A cell without land has empty layers.
+/// hallways, markers and enemies as layers of objects. A cell without land has empty layers.
 void WriteTiledMap(const Cell& cell, OutputFile& file);
