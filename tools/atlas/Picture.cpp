@@ -20,7 +20,7 @@ constexpr std::array<Color, 16> kColors{{
     {30, 90, 129},   // sea of every other cluster
     kHallwayTile,    // hallway
     kRoomTile,       // room
-    {198, 166, 98},  // land of a whole cell
+    {143, 170, 84},  // land of a whole cell
     {244, 228, 176}, // its shore
     {62, 124, 163},  // grid
     {214, 232, 240}, // label
