@@ -156,6 +156,7 @@ const OceanLayer = L.GridLayer.extend({
 const map = L.map("map", {
     crs: L.CRS.Simple, minZoom: kFirstZoom, maxZoom: kLastZoom, zoomControl: false,
     fadeAnimation: false, tap: false, maxBoundsViscosity: 0.8,
+    wheelPxPerZoomLevel: 120, // a notch is a zoom
     maxBounds: [[-40, -40], [kCells + 40, kCells + 40]],
 });
 L.control.zoom({ position: "bottomright" }).addTo(map);
@@ -265,7 +266,7 @@ async function choose(cell) {
         const [x, y] = island.anchorage;
         element("sail").href = `index.html?x=${x}&y=${y}&zoom=1`;
     }
-    element("neighbors").replaceChildren(...island.neighbors.map(linkTo));
+    element("neighbors").replaceChildren(...island.neighbors.flatMap((neighbor) => [linkTo(neighbor), " "]));
     frame.setBounds([[cell[1], cell[0]], [cell[1] + 1, cell[0] + 1]]).addTo(map);
     say(`Island ${nameOf(cell)}: ${island.rooms} rooms, ${island.enemies} enemies, `
         + `${island.neighbors.length} neighbours.`, false);
@@ -352,6 +353,9 @@ map.on("click", ({ latlng }) => pick(latlng));
 element("map").addEventListener("keydown", (event) => {
     if (event.key === "Enter") {
         pick(map.getCenter());
+    } else if (event.key === "+") {
+        map.zoomIn();
+        event.stopPropagation(); // Leaflet zooms three times with Shift, which many keyboards need for a plus
     }
 });
 document.addEventListener("keydown", (event) => {

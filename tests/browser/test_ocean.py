@@ -13,10 +13,12 @@ from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
 from selenium.webdriver.support.ui import WebDriverWait
 
+from chromium import start
 from conftest import ROOT
 
 OVERLAYS = {"rooms", "hallways", "tree", "markers", "enemies", "borders", "triangulation"}
 LAYERS = {"links", "clusters", "grid", "names"} | OVERLAYS
+MOUSE = "Input.dispatchMouseEvent"
 DRAWN = """const [done] = arguments; (function look() {
     const tiles = [...ocean.shown].filter(({coords}) => coords.z === map.getZoom());
     const ready = tiles.length > 0 && crew.jobs.size === 0
@@ -44,6 +46,10 @@ def show(chromium, site, x, y, zoom, layers=None):
 def pictures(chromium):
     return {(at["x"], -1 - at["y"]): Image.open(io.BytesIO(base64.b64decode(png))).convert("RGB")
             for at, png in chromium.execute_async_script(DRAWN)}
+
+
+def view(chromium):
+    return chromium.execute_script("const { lng, lat } = map.getCenter(); return [lng, lat, map.getZoom()]")
 
 
 def text(chromium, name):
@@ -145,18 +151,34 @@ def test_search_and_address_lead_to_places(chromium, site):
     wait(chromium, lambda: "only water" in text(chromium, "say"))
 
 
+def test_keys_wheel_and_pinch_move_and_zoom(chromium, site, tmp_path):
+    show(chromium, site, 40, 40, 6)
+    ocean = chromium.find_element(By.ID, "map")
+    for act, place in ((lambda: ocean.send_keys(Keys.ARROW_RIGHT), [41.25, 40, 6]),
+                       (lambda: ocean.send_keys("+"), [41.25, 40, 7]),
+                       (lambda: chromium.execute_cdp_cmd(MOUSE, {
+                           "type": "mouseWheel", "x": 640, "y": 360, "deltaX": 0, "deltaY": -120}), [41.25, 40, 8]),
+                       (lambda: ocean.send_keys("-"), [41.25, 40, 7])):
+        act()
+        wait(chromium, lambda: view(chromium) == pytest.approx(place, abs=0.1))
+    with start(tmp_path, 390, 844, touch=True) as phone:
+        show(phone, site, 40, 40, 6)
+        phone.execute_cdp_cmd("Input.synthesizePinchGesture", {
+            "x": 195, "y": 422, "scaleFactor": 2, "gestureSourceType": "touch"})
+        wait(phone, lambda: view(phone)[2] == 7)
+
+
 def test_a_hundred_drags_without_complaint(chromium, site):
     show(chromium, site, 3000, 2500, 4)
     chance = random.Random(1)
-    mouse = "Input.dispatchMouseEvent"
     for number in range(100):
         x, y = chance.randrange(400, 1200), chance.randrange(100, 600)
         event = {"x": x, "y": y, "button": "left", "buttons": 1, "clickCount": 1}
-        chromium.execute_cdp_cmd(mouse, {"type": "mousePressed", **event})
+        chromium.execute_cdp_cmd(MOUSE, {"type": "mousePressed", **event})
         for _ in range(3):
             event |= {"x": chance.randrange(400, 1200), "y": chance.randrange(100, 600)}
-            chromium.execute_cdp_cmd(mouse, {"type": "mouseMoved", **event})
-        chromium.execute_cdp_cmd(mouse, {"type": "mouseReleased", **event})
+            chromium.execute_cdp_cmd(MOUSE, {"type": "mouseMoved", **event})
+        chromium.execute_cdp_cmd(MOUSE, {"type": "mouseReleased", **event})
         if number % 10 == 9:
             chromium.execute_script("map.setZoom(arguments[0])", chance.randrange(2, 14))
     assert pictures(chromium)
