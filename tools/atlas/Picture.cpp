@@ -13,24 +13,29 @@ namespace {
 constexpr int kToneShift = 4;
 constexpr std::uint8_t kFullCover = 15;
 
+constexpr Color Scaled(Color color, int percent) {
+    const auto part = [percent](int of) { return static_cast<std::uint8_t>(of * percent / 100); };
+    return {part(color.r), part(color.g), part(color.b)};
+}
+
 // In the order of Tone. The overlays' colours are the game's, as far as it shows them.
 constexpr std::array<Color, 16> kColors{{
-    {12, 16, 24},    // void
-    kWaterTile,      // sea
-    {30, 90, 129},   // sea of every other cluster
-    kHallwayTile,    // hallway
-    kRoomTile,       // room
-    {143, 170, 84},  // land of a whole cell
-    {244, 228, 176}, // its shore
-    {62, 124, 163},  // grid
-    {214, 232, 240}, // label
-    {255, 0, 0},     // border
-    {255, 255, 0},   // rooms
-    {0, 255, 0},     // tree
-    {255, 0, 0},     // hallways
-    {255, 0, 255},   // spawns
-    {255, 128, 0},   // compass
-    {255, 255, 255}, // triangulation
+    {12, 16, 24},            // void
+    kWaterTile,              // sea
+    Scaled(kWaterTile, 91),  // sea of every other cluster
+    kHallwayTile,            // hallway
+    kRoomTile,               // room
+    Scaled(kRoomTile, 130),  // land of a whole cell
+    {244, 228, 176},         // its shore
+    Scaled(kWaterTile, 135), // grid
+    {214, 232, 240},         // label
+    {255, 0, 0},             // border
+    {255, 255, 0},           // rooms
+    {0, 255, 0},             // tree
+    {255, 0, 0},             // hallways
+    {255, 0, 255},           // spawns
+    {255, 128, 0},           // compass
+    {255, 255, 255},         // triangulation
 }};
 constexpr Color kGraph{164, 202, 214};
 
