@@ -190,13 +190,17 @@ const middleOf = ([x, y]) => [y + 0.5, x + 0.5];
 const cellAt = ({ lat, lng }) => [Math.floor(lng), Math.floor(lat)];
 const isInWorld = (value) => value >= 0 && value < 2 ** 31;
 
+function mark([x, y]) {
+    visitor.setLatLng(toMap(x, y)).addTo(map);
+}
+
 // The address bar: #x,y,zoom in world units. Without a zoom the place is marked.
 function readAddress() {
     const parts = location.hash.slice(1).split(",").map(Number);
     const isPlace = (parts.length === 2 || parts.length === 3) && parts.slice(0, 2).every(isInWorld);
     const { x, y, zoom } = isPlace ? { x: parts[0], y: parts[1], zoom: parts[2] ?? kIslandZoom + 1 } : kHome;
     if (isPlace && parts.length === 2) {
-        visitor.setLatLng(toMap(x, y)).addTo(map);
+        mark([x, y]);
     }
     const shown = Number.isFinite(zoom) ? Math.round(zoom) : kHome.zoom;
     map.setView(toMap(x, y), Math.min(Math.max(shown, kFirstZoom), kLastZoom), { animate: false });
@@ -306,23 +310,23 @@ function search(text) {
     const heading = wanted.replace(/^next( island)?( to the)? ?/, "").replace(/^(north|south)[ -]?(?=east|west)/, "$1-");
     const way = Object.keys(kWays).find((key) => kWays[key] === heading);
     if (way) {
-        return next(way);
+        next(way);
+        return;
     }
     const [, cell, ...parts] = wanted.match(/^(cell |island )?\(?(\d+)(?:\s*,\s*|\s+)(\d+)\)?$/) ?? [];
     const numbers = parts.map(Number);
-    if (numbers.length === 0 || !numbers.every(isInWorld)) {
+    if (numbers.length === 0 || !numbers.every((number) => cell ? number < kCells : isInWorld(number))) {
         say('Write a cell as "6, 3", a place in world units, or "next island north-east".');
-        return Promise.resolve();
+        return;
     }
     // World units below 12,288 all lie in cell (0, 0), so small numbers are taken for cells.
-    const most = cell ? kCells : kCellSize;
-    if (numbers.every((number) => number < most)) {
-        return visit(numbers, Math.max(map.getZoom(), kIslandZoom));
+    if (cell || numbers.every((number) => number < kCellSize)) {
+        visit(numbers, Math.max(map.getZoom(), kIslandZoom));
+        return;
     }
     map.setView(toMap(...numbers), Math.max(map.getZoom(), kIslandZoom + 1));
-    visitor.setLatLng(toMap(...numbers)).addTo(map);
+    mark(numbers);
     say(`At ${grouped(numbers[0])}, ${grouped(numbers[1])} world units.`);
-    return Promise.resolve();
 }
 
 function showLayers() {
