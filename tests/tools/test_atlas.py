@@ -153,6 +153,7 @@ def test_cells_beyond_the_world_are_left_out(tmp_path):
     ("cell -12 2 -o p.png", 2, "begin at 0"), ("tour 1 174763 -o p.png", 2, "0 to 174762"),
     ("cell 1 2 --zoom 3 -o p", 2, "--zoom"), ("tour 1 2 --scale 11 -o p.png", 2, "1 to 10"),
     ("clusters 0 0 999 9 -o p.png", 2, "16384"), ("clusters 0 0 1 1 --graph 7,3 -o p", 2, "no land"),
+    ("tiles 0 0 0 0 --zoom 3 -o -", 2, "folder"),
     ("clusters 4 0 4 0 --graph 45,38 -o p", 2, "not reach"), ("cell 1 2 -o p --json ./p", 2, "each"),
     ("clusters 0 0 999 999 --scale 1 -o p --json no/p", 1, "no/p: No such file"),
 ])

@@ -340,6 +340,9 @@ private:
         if (arguments.output.empty()) {
             return "where the picture goes is missing: -o FILE";
         }
+        if (arguments.command == Command::Tiles && arguments.output == "-") {
+            return "tiles go to a folder: -o DIR";
+        }
         const std::array<std::string, 3> files{arguments.output, arguments.json, arguments.tmj};
         for (std::size_t i = 0; i < files.size(); ++i) {
             for (std::size_t j = 0; j < i; ++j) {

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <string>
+#include <system_error>
 
 namespace {
 
@@ -24,7 +25,7 @@ public:
     void Write() const {
         const Vec2i size = tiles.last - tiles.first + Vec2i{1, 1};
         for (std::int32_t x = tiles.first.x; x <= tiles.last.x; ++x) {
-            std::filesystem::create_directories(PathOf(FolderOf(x)));
+            MakeFolder(FolderOf(x));
         }
         const auto count = static_cast<std::size_t>(size.x) * static_cast<std::size_t>(size.y);
         Progress progress("zoom " + std::to_string(zoom), count);
@@ -38,6 +39,14 @@ public:
 private:
     std::string FolderOf(std::int32_t column) const {
         return arguments.output + '/' + std::to_string(zoom) + '/' + std::to_string(column) + '/';
+    }
+
+    static void MakeFolder(const std::string& folder) {
+        std::error_code error;
+        std::filesystem::create_directories(PathOf(folder), error);
+        if (error) {
+            throw std::system_error(error, "cannot write " + folder);
+        }
     }
 
     void WriteOne(const PicturePlace& place) const {
