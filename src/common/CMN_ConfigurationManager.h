@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/CMN_Singleton.h"
+#include "common/Portability.h"
 
 #include <cstdint>
 #include <string>
@@ -17,6 +18,7 @@ public:
     std::int32_t startPosY = 0;    ///< world units, y up
     float startZoom = 0.0f;        ///< window pixels per world unit
 
-    /// Reads a file. Always true: a missing file, key or valid value gives the default.
-    bool Load(const std::string& path);
+    /// Reads a file, by default the one beside the program. Always true: a missing file, key or
+    /// valid value gives the default.
+    bool Load(const std::string& path = GetBasePath() + "vesk.ini");
 };

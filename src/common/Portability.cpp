@@ -20,9 +20,9 @@ void OpenStandardStreams() {
     }
 }
 
-// The workers print here, and one that waits for the reader of a full pipe would hold the end of
-// the program. The pipe is opened anew, where the system has a path to it, because others may share
-// the open file and with it the flag.
+// Workers write to standard error. A write that blocks on a full pipe would keep them from being
+// joined at the end, so the pipe is made not to block. It is opened anew, because an open file's
+// flags are shared with other processes.
 void LeaveFullPipes() {
     struct stat status {};
     if (fstat(STDERR_FILENO, &status) == 0 && S_ISFIFO(status.st_mode)) {

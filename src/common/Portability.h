@@ -1,5 +1,5 @@
-// What differs between systems, and where the program's files are. Windows has its own of what
-// Portability.cpp does, in windows/.
+// What differs between systems, and where the program's files are. On Windows,
+// windows/Portability.cpp takes the place of Portability.cpp.
 #pragma once
 
 #include <SDL_filesystem.h>

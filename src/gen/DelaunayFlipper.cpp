@@ -136,7 +136,7 @@ private:
     }
 
     // Makes (o, p, d) of t and (o, q, d) of t2. With `stable`, only where neither would have one
-    // triangle for a neighbour twice.
+    // triangle, or two hull edges, for neighbours twice.
     Visit Flip(std::int32_t t, std::size_t side, std::int32_t t2, std::size_t back, bool stable) {
         MeshTriangle& triangle = triangles[At(t)];
         MeshTriangle& other = triangles[At(t2)];
@@ -190,8 +190,8 @@ private:
 
     const DelaunayMesh& mesh;
     std::vector<MeshTriangle>& triangles;
-    // A half-edge's twin leads back to it. After repeated ids it may not, and neither the way back
-    // nor the side of a half-edge can be relied on: the way back is searched for.
+    // Whether every half-edge's twin leads back to it. With repeated ids, and from the hull pass
+    // on, it may not: then the way back is searched for, and a half-edge's side means nothing.
     bool mutual;
     std::vector<std::int32_t> pending; // what the last pass has rewritten, in order, with repeats
     std::vector<std::int32_t> flipped; // what this pass has

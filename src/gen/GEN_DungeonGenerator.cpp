@@ -252,7 +252,7 @@ void GEN_DungeonGenerator::TriangulateMainRooms(DungeonRecord& record) {
 }
 
 // Prim's algorithm. `nearest` has for each room the smallest rank of its edges into the tree;
-// kNoEdge stands for none, and is put over the rooms that are in the tree already.
+// kNoEdge means that there is none; rooms already in the tree get it, too.
 void GEN_DungeonGenerator::BuildSpanningTree(DungeonRecord& record) {
     if (record.adjacency.size() < 2) {
         return;

@@ -168,7 +168,7 @@ void ArrangeForInsertion(const Seed& seed, std::size_t usable, Points& points) {
     Arrange(points, kSeedPoints, source, others);
 }
 
-// By position: the last position with the same id, which a table gives by id.
+// For each position the last position with the same id. The table maps ids to positions.
 template <typename Table>
 std::vector<std::int32_t> LastPositions(const Points& points, std::size_t usable, Table table) {
     for (std::size_t k = 0; k < usable; ++k) {

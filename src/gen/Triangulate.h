@@ -70,8 +70,8 @@ struct DelaunayTriangle {
 /// - A repeated id: triangles name it for each point, and flips take the last one's position.
 /// - A large id, up to 2^31 - 1: costs no more than a small one.
 ///
-/// Rounding can make triangles flip back and forth without end. A list of triangles to look at
-/// again is therefore left when it has more than 65,536 entries plus 4 per triangle.
+/// Rounding can make triangles flip back and forth without end. Flipping therefore stops when the
+/// list of triangles to look at again has more than 65,536 entries plus 4 per triangle.
 std::int32_t Triangulate(std::vector<DelaunayPoint>& points,
                          std::vector<DelaunayTriangle>& triangles);
 

@@ -63,11 +63,12 @@ void UIF_Panel<Base>::AddChild(std::unique_ptr<UIF_Widget> child) {
 }
 
 template <typename Base>
-void UIF_Panel<Base>::Render(const Rect& parent) {
+void UIF_Panel<Base>::RenderPanel(const Rect& parent, const SDL_Color& border,
+                                  const SDL_Color& fill) {
     GFX_GraphicsManager& graphics = *GFX_GraphicsManager::GetInstance();
     const Rect area = this->AbsoluteRect(parent);
-    graphics.FillRect(area, fillColor);
-    graphics.DrawRect(area, borderColor);
+    graphics.FillRect(area, fill);
+    graphics.DrawRect(area, border);
     for (const auto& child : children) {
         child->Render(area);
     }

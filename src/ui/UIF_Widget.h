@@ -91,7 +91,8 @@ public:
     bool hovered = false;
 };
 
-/// A filled and bordered widget that holds others. `Base` is what the widget is besides.
+/// A filled and bordered widget that holds others. `Base` is UIF_Hoverable for a button, UIF_Widget
+/// for a window.
 template <typename Base>
 class UIF_Panel : public Base {
 public:
@@ -100,14 +101,12 @@ public:
     /// Takes the child (not null) over; it is updated and drawn after those added before.
     void AddChild(std::unique_ptr<UIF_Widget> child);
 
-    /// Draws fill, border and children, in this order.
-    void Render(const Rect& parent) override;
-
     std::vector<std::unique_ptr<UIF_Widget>> children;
-    SDL_Color borderColor{0, 0, 0, 255};
-    SDL_Color fillColor{0, 0, 0, 255};
 
 protected:
+    /// Draws fill, border and children, in this order.
+    void RenderPanel(const Rect& parent, const SDL_Color& border, const SDL_Color& fill);
+
     /// Updates the children in order. A callback may add some meanwhile; they are updated as well.
     void UpdateChildren();
 };
@@ -120,7 +119,11 @@ public:
     /// Clicks first, then navigates, so that both take effect in one tick; then the children.
     void Update() override;
 
+    void Render(const Rect& parent) override { RenderPanel(parent, borderColor, fillColor); }
+
     UIF_CallbackList<UIF_Button> onClick;
+    SDL_Color borderColor{0, 0, 0, 255};
+    SDL_Color fillColor{0, 0, 0, 255};
 };
 
 /// A line of text at its font's natural size, whatever the size of the widget.
@@ -143,4 +146,9 @@ public:
     using UIF_Panel::UIF_Panel;
 
     void Update() override;
+
+    void Render(const Rect& parent) override { RenderPanel(parent, borderColor, fillColor); }
+
+    SDL_Color borderColor{0, 0, 0, 255};
+    SDL_Color fillColor{0, 0, 0, 255};
 };

@@ -171,7 +171,7 @@ void CellGrid::LoadCell(std::size_t slot, const CellRequest& request) {
     Spawned made;
     if (request.land == 1) {
         dungeon = store.AcquireDungeon(request.cell, request.neighbors.size());
-        if (!IsOvertaken(slot)) { // else sprites would be made that live as long as the game
+        if (!IsOvertaken(slot)) { // else no entity would use the sprites, which are never freed
             made = MakeEntities(request.cell, *dungeon);
         }
     }

@@ -50,10 +50,13 @@ TEST(InputTest, TheFirstJoystickSteersTheShip) {
     SDL_JoystickSetVirtualAxis(joystick, 1, -32768); // pushed away: up
     game.Tick(5);
     EXPECT_GT(game.World().player->position.y, 6156);
-    SDL_JoystickSetVirtualAxis(joystick, 4, -20000); // a trigger, pressed a little
-    game.Tick();
-    EXPECT_EQ(CMN_InputManager::GetInstance()->ActionValue(InputAction::ZoomOut), 0.0f);
-    SDL_JoystickSetVirtualAxis(joystick, 0, -5000); // the last value at rest
-    game.Tick();
-    EXPECT_EQ(CMN_InputManager::GetInstance()->ActionValue(InputAction::MoveHorizontal), 0.0f);
+    const auto valueAt = [&](int axis, Sint16 place, InputAction action) {
+        SDL_JoystickSetVirtualAxis(joystick, axis, place);
+        game.Tick();
+        return CMN_InputManager::GetInstance()->ActionValue(action);
+    };
+    EXPECT_GT(valueAt(4, 32767, InputAction::ZoomOut), 0.9f);
+    EXPECT_EQ(valueAt(4, -20000, InputAction::ZoomOut), 0.0f) << "pressed a little";
+    EXPECT_LT(valueAt(0, -5001, InputAction::MoveHorizontal), 0.0f);
+    EXPECT_EQ(valueAt(0, -5000, InputAction::MoveHorizontal), 0.0f) << "the last value at rest";
 }

@@ -63,8 +63,9 @@ int main(int argc, char** argv) {
     }
     if (option == "--record" || option == "--log") {
         const SceneRecord record = RecordScene(scene);
-        const auto line = static_cast<std::size_t>(number);
-        std::fputs((line == 0 ? record.golden : record.frames.at(line - 3)).c_str(), stdout);
+        const auto word = static_cast<std::size_t>(number - 3); // after two lines of comment
+        const bool isFrames = option == "--log" && word < record.frames.size();
+        std::fputs((isFrames ? record.frames[word] : record.golden).c_str(), stdout);
         return 0;
     }
     return Play(scene, option == "--ini" ? GetBasePath() + "vesk.ini" : "",

@@ -9,6 +9,8 @@
 #include "input/CMN_InputManager.h"
 #include "support/Guarded.h"
 
+#include <array>
+
 std::ostream& operator<<(std::ostream& out, Vec2i v) {
     return out << '(' << v.x << ',' << v.y << ')';
 }
@@ -25,20 +27,27 @@ std::string Heading(std::int32_t direction) {
 }
 
 std::string DescribePlayer(const PlayerEntity& p) {
+    constexpr std::string_view tiles[] = {"water", "a hallway", "a room"};
     return Text(p.position, " exactly ", p.exactPosition, Heading(p.direction),
                 p.mode == PlayerEntity::kSailing ? ", sailing on " : ", on foot on ",
-                int{p.tileType}, p.idle ? ", idle" : ", moving", " by ", p.moveVector, " to ",
+                tiles[p.tileType], p.idle ? ", idle" : ", moving", " by ", p.moveVector, " to ",
                 p.targetTile, " at ", p.speed);
 }
+
+// In the order of InputAction.
+constexpr std::array<std::string_view, kInputActionCount> kActions{
+    "button10", "button11", "button12", "button13", "horizontal", "vertical",
+    "panX",     "panY",     "zoomIn",   "zoomOut",  "map",        "quit",
+    "menu",     "up",       "down",     "left",     "right",      "confirm"};
 
 std::string DescribeInput(const CMN_InputManager& input) {
     std::string text;
     for (std::size_t i = 0; i < kInputActionCount; ++i) {
         const auto [lastTime, minInterval] = input.timers[i];
-        text += input.actions[i] != 0.0f ? Text(' ', i, " at ", input.actions[i]) : "";
-        text += lastTime != 0 ? Text(' ', i, " since ", lastTime) : "";
-        text += minInterval != 30 ? Text(' ', i, " held for ", minInterval) : "";
-        text += input.pressed[i] ? Text(' ', i, " let go") : "";
+        text += input.actions[i] != 0.0f ? Text(' ', kActions[i], " at ", input.actions[i]) : "";
+        text += lastTime != 0 ? Text(' ', kActions[i], " since ", lastTime) : "";
+        text += minInterval != 30 ? Text(' ', kActions[i], " held for ", minInterval) : "";
+        text += input.pressed[i] ? Text(' ', kActions[i], " let go") : "";
     }
     return text;
 }

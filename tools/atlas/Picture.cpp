@@ -19,24 +19,36 @@ constexpr Color Scaled(Color color, int percent) {
 }
 
 // In the order of Tone. The overlays' colours are the game's, as far as it shows them.
-constexpr std::array<Color, 16> kColors{{
-    {12, 16, 24},            // void
-    kWaterTile,              // sea
-    Scaled(kWaterTile, 91),  // sea of every other cluster
-    kHallwayTile,            // hallway
-    kRoomTile,               // room
-    Scaled(kRoomTile, 130),  // land of a whole cell
-    {244, 228, 176},         // its shore
-    Scaled(kWaterTile, 135), // grid
-    {214, 232, 240},         // label
-    {255, 0, 0},             // border
-    {255, 255, 0},           // rooms
-    {0, 255, 0},             // tree
-    {255, 0, 0},             // hallways
-    {255, 0, 255},           // spawns
-    {255, 128, 0},           // compass
-    {255, 255, 255},         // triangulation
+constexpr std::array<std::pair<Tone, Color>, 16> kColors{{
+    {Tone::Void, {12, 16, 24}},
+    {Tone::Sea, kWaterTile},
+    {Tone::SeaShade, Scaled(kWaterTile, 91)},
+    {Tone::Hallway, kHallwayTile},
+    {Tone::Room, kRoomTile},
+    {Tone::Land, Scaled(kRoomTile, 130)},
+    {Tone::Shore, {244, 228, 176}},
+    {Tone::Grid, Scaled(kWaterTile, 135)},
+    {Tone::Label, {214, 232, 240}},
+    {Tone::Border, {255, 0, 0}},
+    {Tone::Rooms, {255, 255, 0}},
+    {Tone::Tree, {0, 255, 0}},
+    {Tone::Hallways, {255, 0, 0}},
+    {Tone::Spawns, {255, 0, 255}},
+    {Tone::Compass, {255, 128, 0}},
+    {Tone::Triangulation, {255, 255, 255}},
 }};
+
+constexpr bool AreInOrder() {
+    std::size_t next = 0;
+    for (const auto& [tone, color] : kColors) {
+        if (static_cast<std::size_t>(tone) != next++) {
+            return false;
+        }
+    }
+    return next == static_cast<std::size_t>(Tone::Triangulation) + 1;
+}
+static_assert(AreInOrder());
+
 constexpr Color kGraph{164, 202, 214};
 
 // Three bits a row, from the top: 0 to 9, then the comma.
@@ -84,13 +96,13 @@ Picture::Picture(std::int32_t pictureWidth, std::int32_t pictureHeight)
 Color Picture::ColorOf(std::uint8_t pixel) {
     const std::size_t tone = pixel >> kToneShift;
     const int cover = pixel & kFullCover;
-    const Color below = kColors[tone];
+    const Color below = kColors[tone].second;
     return {Blend(below.r, kGraph.r, cover), Blend(below.g, kGraph.g, cover),
             Blend(below.b, kGraph.b, cover)};
 }
 
 Color Picture::ColorOf(Tone tone) {
-    return kColors[static_cast<std::size_t>(tone)];
+    return kColors[static_cast<std::size_t>(tone)].second;
 }
 
 Color Picture::GraphColor() {

@@ -17,11 +17,11 @@
 enum class Tone : std::uint8_t {
     Void, // beyond the world, and the shadows of names
     Sea,
-    SeaShade,
+    SeaShade, // of every other cluster
     Hallway,
     Room,
-    Land,
-    Shore,
+    Land,  // of a whole cell
+    Shore, // around it
     Grid,
     Label,
     Border,
