@@ -90,9 +90,9 @@ function linkToPlace() {
     const link = new URL(location.pathname, location.href);
     link.searchParams.set("x", game._PlaceX());
     link.searchParams.set("y", game._PlaceY());
-    const zoom = game._Zoom();
+    const zoom = Number(game._Zoom().toFixed(4));
     if (zoom >= 0.01 && zoom < 2) {
-        link.searchParams.set("zoom", zoom.toFixed(4).replace(/\.?0+$/, ""));
+        link.searchParams.set("zoom", zoom);
     }
     return link.href;
 }
