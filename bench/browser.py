@@ -4,7 +4,8 @@ frames and memory, one line each.
 
     bench/browser.py [SECONDS [WIDTHxHEIGHT...]]    of sailing, 60 if unset, per size of the picture
 
-build/web/site/, build/release/ and build/bench/ are to be there (presets web, release and bench).
+build/web/site/, build/release/ and build/bench/ are to be there (presets web, release and bench), and the packages
+that scripts/test and its step browser install.
 """
 
 import gzip
