@@ -20,7 +20,7 @@ from chromium import serve, start
 from conftest import ROOT
 
 sys.path.insert(0, str(ROOT / "tests/e2e"))
-from test_plays import FIGURE, SHIP, START, map_is_open  # noqa: E402 (the path has to be set first)
+from test_plays import BOAT, FIGURE, SHIP, START, map_is_open  # noqa: E402 (the path has to be set first)
 
 SHOTS = ROOT / "build/web/shots"
 PLACE = "return game && [game._PlaceX(), game._PlaceY(), game._Zoom()]"
@@ -71,7 +71,7 @@ def test_the_site_that_scripts_play_serves_plays_as_on_the_desktop(chromium):
             assert page.open(re.search(r"Open (http://127\.0\.0\.1:\d+/)", said)[1]) == ""
             page.wait(lambda: SHIP.is_at(page.picture("start"), START), "the ship lies off an island")
             assert page.element("help").is_displayed()
-            while not FIGURE.seek(page.picture("ashore"), START[1]):
+            while not all(sprite.seek(page.picture("ashore"), START[1]) for sprite in (FIGURE, BOAT)):
                 page.hold("d")
             page.hold(Keys.BACKSPACE)
             page.wait(lambda: map_is_open(page.picture("map")), "the map is open")
