@@ -5,6 +5,7 @@
 #include "app/Application.h"
 #include "common/CMN_TaskManager.h"
 #include "common/Portability.h"
+#include "entities/AnchoredBoatEntity.h"
 #include "entities/CameraEntity.h"
 #include "entities/PlayerEntity.h"
 #include "world/WorldManager.h"
@@ -25,16 +26,23 @@ void Pass() {
     }
 }
 
+// Where a game could start: while the player walks, at the boat that waits.
+Vec2i ShipPosition() {
+    const WorldManager& world = *WorldManager::GetInstance();
+    return world.player->mode == PlayerEntity::kOnFoot ? world.anchoredBoat->position
+                                                       : world.player->position;
+}
+
 } // namespace
 
-// What the page asks while the program runs: where the player is (world units), the magnification,
+// What the page asks while the program runs: where the ship is (world units), the magnification,
 // and what the direction keys act on.
 extern "C" {
 EMSCRIPTEN_KEEPALIVE int PlaceX() {
-    return WorldManager::GetInstance()->player->position.x;
+    return ShipPosition().x;
 }
 EMSCRIPTEN_KEEPALIVE int PlaceY() {
-    return WorldManager::GetInstance()->player->position.y;
+    return ShipPosition().y;
 }
 EMSCRIPTEN_KEEPALIVE float Zoom() {
     return WorldManager::GetInstance()->camera->zoom;

@@ -17,8 +17,12 @@ const ON_MAP = { w: "ArrowUp", a: "ArrowLeft", s: "ArrowDown", d: "ArrowRight" }
 
 // ---- What is said
 
-/** Covers the picture with a sentence and a way to start again. */
+/** Ends the game and covers its picture with a sentence and a way to start again. The first sentence stays. */
 function stop(sentence) {
+    if (!element("again").hidden) {
+        return;
+    }
+    game?.pauseMainLoop?.();
     game = null;
     element("said").textContent = sentence;
     for (const id of ["progress", "help", "links", "fingers"]) {
@@ -37,6 +41,8 @@ function note(line) {
 }
 
 // ---- Loading
+
+const notLoaded = what => new Error(`The game could not be loaded: ${what}.`);
 
 /** A file of the game as bytes; tells `arrived` how many have come. */
 async function download(name, arrived) {
@@ -62,7 +68,7 @@ function downloadAll() {
         element("progress").value = bytes / document.body.dataset.bytes;
     };
     return Promise.all(["vesk.wasm", "vesk.data"].map(name => download(name, arrived).catch(error => {
-        throw new Error(`The game could not be loaded: ${name}: ${error.message}.`);
+        throw notLoaded(`${name}: ${error.message}`);
     })));
 }
 
@@ -87,7 +93,8 @@ function placeFromAddress() {
 }
 
 function linkToPlace() {
-    const link = new URL(location.pathname, location.href);
+    const link = new URL(location.href);
+    link.search = link.hash = "";
     link.searchParams.set("x", game._PlaceX());
     link.searchParams.set("y", game._PlaceY());
     const zoom = Number(game._Zoom().toFixed(4));
@@ -106,7 +113,14 @@ async function copyLink() {
         history.replaceState(null, "", link);
         note("The link to this place stands in the address bar.");
     }
-    canvas.focus();
+}
+
+/** Keeps the place for a new start. */
+function onLostGraphics() {
+    if (element("cover").hidden) {
+        history.replaceState(null, "", linkToPlace());
+    }
+    stop("The browser has taken the graphics away.");
 }
 
 function aimMapLink() {
@@ -156,10 +170,13 @@ function isForPage(event) {
 }
 
 function onKeyDown(event) {
-    if (!game || isForPage(event)) {
+    const isPages = isForPage(event);
+    if (!isPages) {
+        event.preventDefault(); // no scrolling, no search as you type
+    }
+    if (isPages || !game) {
         event.stopImmediatePropagation();
     } else {
-        event.preventDefault(); // no scrolling, no search as you type
         hideHelp();
     }
 }
@@ -178,6 +195,7 @@ function hideHelp() {
 // ---- Touch
 
 const SHORTEST_PRESS = 80; // ms; the game takes no notice of keys that are let go within 30
+const releases = {}; // timers of the keys that are about to be let go
 
 /** Lets a button press a key for as long as a finger is on it. */
 function bindFinger(button) {
@@ -188,8 +206,11 @@ function bindFinger(button) {
         }
         const key = game._IsMapOpen() ? ON_MAP[button.dataset.key] ?? button.dataset.key : button.dataset.key;
         const began = performance.now();
+        clearTimeout(releases[key]);
         press(key, true);
-        release = () => setTimeout(() => press(key, false), began + SHORTEST_PRESS - performance.now());
+        release = () => {
+            releases[key] = setTimeout(() => press(key, false), began + SHORTEST_PRESS - performance.now());
+        };
     };
     const end = () => {
         release?.();
@@ -197,6 +218,7 @@ function bindFinger(button) {
     };
     button.addEventListener("pointerdown", event => {
         event.preventDefault();
+        button.setPointerCapture(event.pointerId); // or a mouse that is let go elsewhere would not tell
         begin();
     });
     for (const moment of ["pointerup", "pointercancel", "lostpointercapture"]) {
@@ -219,22 +241,41 @@ function showFingers() {
 
 // What a pad of the standard layout presses. A browser shows a pad only once one of its buttons has been
 // pressed, and its triggers are buttons. The game opens the first pad that it finds when it starts and reads
-// sticks and buttons itself; for one that shows up later the page presses their keys.
+// sticks and buttons itself; for one that shows up later, or again, the page presses their keys.
 const TRIGGERS = { q: pad => pad.buttons[6]?.pressed, e: pad => pad.buttons[7]?.pressed };
-const STICKS = {
+const BINDINGS = {
+    ...TRIGGERS,
     a: pad => pad.axes[0] < -0.4, d: pad => pad.axes[0] > 0.4, w: pad => pad.axes[1] < -0.4, s: pad => pad.axes[1] > 0.4,
     ArrowLeft: pad => pad.axes[2] < -0.4, ArrowRight: pad => pad.axes[2] > 0.4,
     ArrowUp: pad => pad.axes[3] < -0.4, ArrowDown: pad => pad.axes[3] > 0.4,
     Backspace: pad => pad.buttons[4]?.pressed,
 };
-const firstPad = () => navigator.getGamepads?.().find(Boolean);
+let gamesPad = null; // the index of the one that the game has opened
 
-function readPads(bindings) {
+function firstPad() {
+    try {
+        return navigator.getGamepads?.().find(Boolean);
+    } catch { // forbidden by a page around this one; the game asks without this care
+        Object.defineProperty(navigator, "getGamepads", { value: () => [] });
+    }
+}
+
+function onPadGone(event) {
+    if (event.gamepad.index === gamesPad) {
+        gamesPad = null;
+    }
+}
+
+/** Presses the keys of the first pad while the page has the focus: when it loses that, the game lets go of all. */
+function readPads() {
     const held = new Set();
     const read = () => {
-        const pad = firstPad();
-        for (const [key, isDown] of Object.entries(bindings)) {
-            const down = Boolean(pad && isDown(pad));
+        const pad = document.hasFocus() ? firstPad() : null;
+        if (pad?.buttons.some(button => button.pressed) || pad?.axes.some(axis => Math.abs(axis) > 0.4)) {
+            hideHelp();
+        }
+        for (const [key, isDown] of Object.entries(BINDINGS)) {
+            const down = Boolean(pad && isDown(pad) && (pad.index !== gamesPad || key in TRIGGERS));
             if (down !== held.has(key)) {
                 held[down ? "add" : "delete"](key);
                 press(key, down);
@@ -265,7 +306,7 @@ async function start() {
         throw new Error("This browser cannot run the game, because it has no WebAssembly.");
     }
     if (typeof Vesk !== "function") {
-        throw new Error("The game could not be loaded: vesk.js is missing.");
+        throw notLoaded("vesk.js is missing");
     }
     const [code, data] = await downloadAll();
     let lastLine = "";
@@ -281,7 +322,7 @@ async function start() {
             `The game could not start: ${lastLine}. It needs WebGL; is that switched off?`),
     };
     game = program;
-    const hasPad = Boolean(firstPad());
+    gamesPad = firstPad()?.index ?? null;
     await Vesk(program);
     if (!game) {
         return; // it has told why
@@ -291,18 +332,22 @@ async function start() {
     }
     element("cover").hidden = true;
     canvas.focus();
-    readPads(hasPad ? TRIGGERS : { ...TRIGGERS, ...STICKS });
+    readPads();
 }
 
+element("said").textContent = "Loading the game";
 window.addEventListener("keydown", onKeyDown, true);
 window.addEventListener("keypress", afterKeyDown, true);
 window.addEventListener("keyup", afterKeyDown, true);
 window.addEventListener("resize", fit);
 window.addEventListener("touchstart", showFingers, { once: true });
+window.addEventListener("gamepaddisconnected", onPadGone);
 window.addEventListener("error", event => stop(`The game stopped: ${event.message}`));
-canvas.addEventListener("webglcontextlost", () => stop("The browser has taken the graphics away."));
+canvas.addEventListener("webglcontextlost", onLostGraphics);
+canvas.addEventListener("pointerdown", () => canvas.focus());
 element("again").addEventListener("click", () => location.reload());
 element("copy").addEventListener("click", copyLink);
+element("links").addEventListener("click", () => canvas.focus()); // or Return would press the same again
 for (const moment of ["pointerdown", "focus", "click"]) {
     element("show").addEventListener(moment, aimMapLink);
 }
