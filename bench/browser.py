@@ -29,7 +29,7 @@ import chromium  # noqa: E402 (the path has to be set first)
 SITE = ROOT / "build/web/site"
 REST = 20  # seconds
 BORDER = (98304, 60500)  # world units: open water for a minute to the left and right; each crossing loads three cells
-BESIDE = 500  # units to the border's left and right; two seconds each
+BESIDE = 500  # units to the border's left and right
 # Where the first island lies at the shipped start, right of and below the ship; land is green.
 LAND = 0.6, 0.4, 120
 PLACE = 100  # pixels; where the window opens on a screen, from above and from the left
