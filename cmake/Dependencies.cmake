@@ -17,8 +17,6 @@ if(VESK_LIBRARIES)
     endforeach()
     vesk_static_library(PkgConfig::SIMPLEINI)
     if(WIN32)
-        # A console program: main is called as it stands.
-        target_compile_definitions(SDL2::SDL2 INTERFACE SDL_MAIN_HANDLED)
         target_link_libraries(SDL2::SDL2 INTERFACE user32 gdi32 winmm imm32 ole32 oleaut32 shell32 setupapi version
             uuid dinput8 cfgmgr32)
         vesk_static_library(PNG::PNG png z)

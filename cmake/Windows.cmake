@@ -1,7 +1,7 @@
 # What a program for Windows needs beside its code.
 enable_language(RC)
 
-# Icon, version and manifest; and everything linked into the one file, the same bytes each time.
+# Icon, version and manifest; our own libraries linked into the one file; the same bytes each time.
 function(vesk_windows_program target description)
     set(folder ${CMAKE_CURRENT_BINARY_DIR}/${target}-resources)
     configure_file(${PROJECT_SOURCE_DIR}/windows/program.rc.in ${folder}/program.rc @ONLY)
@@ -14,5 +14,5 @@ function(vesk_windows_program target description)
         OBJECT_DEPENDS "${folder}/vesk.ico;${PROJECT_SOURCE_DIR}/windows/program.manifest"
         INCLUDE_DIRECTORIES ${folder})
     target_sources(${target} PRIVATE ${folder}/program.rc ${folder}/vesk.ico)
-    target_link_options(${target} PRIVATE -static LINKER:--no-insert-timestamp $<$<CONFIG:Release>:-s>)
+    target_link_options(${target} PRIVATE $<$<BOOL:${VESK_LIBRARIES}>:-static> LINKER:--no-insert-timestamp $<$<CONFIG:Release>:-s>)
 endfunction()

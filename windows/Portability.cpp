@@ -1,8 +1,9 @@
 // What common/Portability.h promises, on Windows.
 #include "common/Portability.h"
 
+#include <SDL_events.h>
+
 #include <cerrno>
-#include <csignal>
 #include <filesystem>
 #include <system_error>
 
@@ -27,7 +28,9 @@ BOOL WINAPI EndWithConsole(DWORD event) {
     if (event != CTRL_CLOSE_EVENT && event != CTRL_LOGOFF_EVENT && event != CTRL_SHUTDOWN_EVENT) {
         return FALSE;
     }
-    std::raise(SIGTERM);
+    SDL_Event quit{};
+    quit.type = SDL_QUIT;
+    SDL_PushEvent(&quit);
     Sleep(INFINITE);
     return TRUE;
 }

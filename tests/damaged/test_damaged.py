@@ -1,8 +1,8 @@
 """The program among missing and damaged files: it starts and plays, or says what it lacks; it never
 crashes, hangs or upsets a sanitizer.
 
-VESK_SCENE names the player of scenes (build/asan/bin/vesk_scene if unset); it plays one that goes
-through everything that is drawn.
+VESK_SCENE names the player of scenes (build/asan/bin/vesk_scene if unset), which wine runs if it is one
+for Windows; it plays one that goes through everything that is drawn.
 """
 
 import collections
@@ -16,7 +16,8 @@ import pytest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PLAYER = pathlib.Path(os.environ.get("VESK_SCENE", ROOT / "build/asan/bin/vesk_scene")).resolve()
-NOBODY = {"user": 65534, "group": 65534, "extra_groups": []} if os.geteuid() == 0 else {}
+IS_WINDOWS = PLAYER.suffix == ".exe"
+NOBODY = {"user": 65534, "group": 65534, "extra_groups": []} if os.geteuid() == 0 and not IS_WINDOWS else {}
 
 IMAGE, TYPE, TEXT = "CreateTextureFromSurface", "TTF_OpenFont", "TTF_RenderText"
 WINDOW = "SDL_CreateWindow"
@@ -36,6 +37,8 @@ UNREADABLE = {"missing": "rm -r $0", "empty": "rm -r $0; touch $0", "forbidden":
               "text": "rm -r $0; yes no such thing | head > $0",
               "a folder": "rm -r $0; mkdir $0", "a pipe": "rm -r $0; mkfifo $0",
               "a dangling link": "rm -r $0; ln -s nowhere $0"}
+if IS_WINDOWS:  # whose files have no such rights, and no such kinds
+    UNREADABLE = {name: UNREADABLE[name] for name in ("missing", "empty", "text", "a folder")}
 HALVE = "truncate -s $(($(stat -c %s $0) / 2)) $0"
 # One byte in fifty changed, at places of chance.
 SCRATCH = """perl -0777 -pi -e 'srand 1; $all = $_;
@@ -46,19 +49,21 @@ CASES += [(files, damage, dict.fromkeys(said)) for damage in (SCRATCH, HALVE)
           for files, said in (("data/*.png", [IMAGE]), ("data/sample.ttf", [TYPE, TEXT]))]
 CASES += [("vesk.ini", command, costs) for command, costs in (
     (":", {}), ("yes '; of no note' | head -n 4194304 | cat - $0 > $0.new; mv $0.new $0", {}),
-    ("sed -i 's/^width.*/width = -5/; s/^height.*/height = 0/' $0", {}),
+    ("sed -i 's/$/\\r/' $0", {}), ("sed -i 's/^width.*/width = -5/; s/^height.*/height = 0/' $0", {}),
     ("sed -i 's/^height.*/height = 1073741824/' $0", {WINDOW: 1}))]
 
 
 @pytest.mark.parametrize("files, damage, costs", CASES)
 def test_a_play_among(folder, files, damage, costs):
-    shutil.copy2(PLAYER, folder / "player")
+    folder /= "Vesk — ö 船"
+    folder.mkdir()
+    player = shutil.copy2(PLAYER, folder)
     shutil.copytree(ROOT / "data", folder / "data")
     settings = (ROOT / "packaging/vesk.ini.in").read_text().replace("@VESK_RESOURCE_MODE@", "-")
     (folder / "vesk.ini").write_text(settings.replace("1280", "320").replace("720", "240"))
     for path in list(folder.glob(files)):
-        subprocess.run(["sh", "-ec", damage, path], check=True)
-    command = [folder / "player", ROOT / "tests/scenes/menu.scene", "--ini"]
+        subprocess.run(["sh", "-ec", f"IFS=; {damage}", path], check=True)
+    command = [*(["wine"] if IS_WINDOWS else []), player, ROOT / "tests/scenes/menu.scene", "--ini"]
     result = subprocess.run(command, cwd="/", env=os.environ | {"SDL_VIDEODRIVER": "dummy"},
                             text=True, errors="replace", stdin=subprocess.DEVNULL,
                             capture_output=True, timeout=300, check=False, **NOBODY)

@@ -7,10 +7,11 @@ import signal
 import subprocess
 
 import pytest
-from game import DEADLINE, PROGRAM, Game
+from game import COMMAND, DEADLINE, IS_WINDOWS, PROGRAM, ROOT, Game
 
 NO_DISPLAY = ["env", *"-u DISPLAY -u WAYLAND_DISPLAY -u XDG_RUNTIME_DIR -u SDL_VIDEODRIVER".split()]
-DUMMY = ["env", "-u", "SDL_RENDER_DRIVER", "SDL_VIDEODRIVER=dummy"]
+CONSOLE = ROOT / "build/windows/bin/console.exe"
+DUMMY = [*NO_DISPLAY, "-u", "SDL_RENDER_DRIVER", "SDL_VIDEODRIVER=dummy"]
 
 
 def test_escape_ends_well_in_the_midst_of_loading(folder):
@@ -19,6 +20,7 @@ def test_escape_ends_well_in_the_midst_of_loading(folder):
         assert game.end() == (0, "")
 
 
+@pytest.mark.skipif(IS_WINDOWS, reason="there are no such signals")
 @pytest.mark.parametrize("number", [signal.SIGHUP, signal.SIGTERM])
 def test_signals_end_well_and_closed_streams_are_not_taken_by_others(folder, number):
     def prepare():
@@ -33,12 +35,20 @@ def test_signals_end_well_and_closed_streams_are_not_taken_by_others(folder, num
         assert game.end() == (0, "")
 
 
+@pytest.mark.skipif(not IS_WINDOWS, reason="this is about Windows")
+def test_a_closed_console_ends_well_and_none_is_needed(folder):
+    with Game(folder, ["wine", CONSOLE, "without", PROGRAM]) as game:
+        game.settle()
+        subprocess.run(["wine", CONSOLE, "close"], check=True)
+        assert game.end() == (0, "")
+
+
 @pytest.mark.parametrize("operation, surroundings", [
     ("SDL_CreateWindow", NO_DISPLAY),
     ("SDL_CreateWindow", [*NO_DISPLAY, "DISPLAY=:9999", "WAYLAND_DISPLAY=gone"]),
     ("SDL_CreateRenderer", DUMMY)])
 def test_a_failing_start_names_its_cause_and_waits_for_a_character(operation, surroundings):
-    with subprocess.Popen(["timeout", str(DEADLINE), *surroundings, PROGRAM], text=True,
+    with subprocess.Popen(["timeout", str(DEADLINE), *surroundings, *COMMAND], text=True,
                           stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                           stderr=subprocess.STDOUT) as process:
         assert re.fullmatch(f"{operation} error: .+\n", process.stdout.readline())
@@ -47,6 +57,7 @@ def test_a_failing_start_names_its_cause_and_waits_for_a_character(operation, su
         assert process.stdout.read() == "" and process.wait() == 1
 
 
+@pytest.mark.skipif(IS_WINDOWS, reason="a full pipe blocks there")
 def test_a_reader_that_has_stopped_does_not_hold_the_end(folder):
     _reader, writer = os.pipe()
     fcntl.fcntl(writer, fcntl.F_SETPIPE_SZ, 4096)
@@ -60,6 +71,6 @@ def test_a_reader_that_has_stopped_does_not_hold_the_end(folder):
 def test_nobody_reads_the_output():
     reader, writer = os.pipe()
     os.close(reader)
-    command = [*DUMMY, PROGRAM]
+    command = [*DUMMY, *COMMAND]
     assert subprocess.run(command, input=b"\n", stdout=writer, timeout=DEADLINE).returncode == 1
     os.close(writer)

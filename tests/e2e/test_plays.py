@@ -50,9 +50,9 @@ def test_from_the_shipped_start_ashore_and_back_to_map_and_menu(folder):
         opened = game.settle("map")
         assert opened.getpixel(CENTRE) == RED, "the player is at the centre"
         assert count(opened, GREEN) > 3 * 81 and count(opened, WHITE) > 50, "islands with labels"
-        game.hold("Right Up")
+        game.wait(lambda picture: picture.getpixel(CENTRE) == YELLOW,
+                  "the player is at the centre no more", "Right Up")
         panned = game.settle("map_panned")
-        assert panned.getpixel(CENTRE) == YELLOW, "the player is at the centre no more"
         below_left = (PANEL[0], CENTRE[1], CENTRE[0], PANEL[3])
         assert count(panned, RED, below_left) == 13, "but the whole cross lies left and below"
         game.hold("BackSpace")

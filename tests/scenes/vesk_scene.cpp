@@ -18,9 +18,22 @@
 #include <cstdio>
 #include <cstdlib>
 
+#if __has_include(<sys/resource.h>)
 #include <sys/resource.h>
+#endif
 
 namespace {
+
+// The most memory that the process has taken, in KiB; 0 where the system has another way to tell.
+long MostMemory() {
+#if __has_include(<sys/resource.h>)
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+#else
+    return 0;
+#endif
+}
 
 int Play(const Scene& scene, const std::string& configuration, int rounds) {
     ScenePlayer player(scene.settings, configuration);
@@ -42,9 +55,7 @@ int Play(const Scene& scene, const std::string& configuration, int rounds) {
             return 1;
         }
         if (rounds > 1 && round % std::max(1, rounds / 50) == 0) {
-            rusage usage{};
-            getrusage(RUSAGE_SELF, &usage);
-            std::printf("%8d rounds %8ld KiB at most\n", round, usage.ru_maxrss);
+            std::printf("%8d rounds %8ld KiB at most\n", round, MostMemory());
             std::fflush(stdout);
         }
     }

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <set>
 #include <sstream>
+#include <string>
 #include <thread>
 #include <utility>
 
@@ -129,9 +130,9 @@ SDL_Surface* __wrap_TTF_RenderText_Blended(TTF_Font* font, const char* text, SDL
 
 SDL_Texture* __real_IMG_LoadTexture(SDL_Renderer*, const char*);
 SDL_Texture* __wrap_IMG_LoadTexture(SDL_Renderer* renderer, const char* path) {
-    static std::set<std::filesystem::path> names; // for the textures to point to
+    static std::set<std::string> names; // for the textures to point to
     SDL_Texture* texture = __real_IMG_LoadTexture(renderer, path);
-    const auto name = names.insert(std::filesystem::path(path).filename()).first;
+    const auto name = names.insert(std::filesystem::path(path).filename().string()).first;
     Say("load ", name->c_str());
     SDL_SetTextureUserData(texture, const_cast<char*>(name->c_str()));
     return texture;

@@ -30,8 +30,8 @@ std::string ConfigurationText(const GameSettings& settings) {
 
 TemporaryFile::TemporaryFile(const std::string& content) {
     static int count = 0;
-    path = std::filesystem::temp_directory_path() /
-           ("vesk-test-" + std::to_string(getpid()) + "-" + std::to_string(++count) + ".ini");
+    path = std::filesystem::temp_directory_path().string() + "/vesk-test-" +
+           std::to_string(getpid()) + "-" + std::to_string(++count) + ".ini";
     std::ofstream(path, std::ios::binary) << content;
 }
 

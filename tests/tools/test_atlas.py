@@ -19,6 +19,7 @@ from PIL import Image
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 GOLDEN = ROOT / "tests/tools/golden"
 PROGRAM = os.environ.get("VESK_ATLAS", str(ROOT / "build/release/bin/vesk_atlas"))
+COMMAND = ["wine", PROGRAM] if PROGRAM.endswith(".exe") else [PROGRAM]
 GRAPH = (164, 202, 214)  # the colour of links
 
 
@@ -27,7 +28,7 @@ def run(command, *more, limits=(), **options):
         for which, most in limits:
             resource.setrlimit(which, (most, most))
 
-    return subprocess.run([PROGRAM, *command.split(), *more], text=True, preexec_fn=limit,
+    return subprocess.run([*COMMAND, *command.split(), *more], text=True, preexec_fn=limit,
                           **{"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, **options})
 
 

@@ -63,6 +63,7 @@ OutputFile::OutputFile(std::string theTarget)
 
 OutputFile::~OutputFile() {
     if (!draft.empty()) {
+        file.reset(); // Windows removes no open file
         std::error_code error;
         fs::remove(draft, error);
     }

@@ -1,0 +1,44 @@
+// What tests under wine need of Windows itself.
+//
+//   console without FILE   runs a program that has no console and no standard streams, and ends as
+//                          it does
+//   console close          tells the program in the window "Vesk" that its console is being closed,
+//                          as the system does: by a thread in it that begins in the system's
+//                          routine for such events
+#include <windows.h>
+
+#include <string>
+
+namespace {
+
+int Run(const std::wstring& file) {
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process{};
+    if (CreateProcessW(nullptr, (L'"' + file + L'"').data(), nullptr, nullptr, FALSE,
+                       DETACHED_PROCESS, nullptr, nullptr, &start, &process) == 0) {
+        return 100;
+    }
+    WaitForSingleObject(process.hProcess, INFINITE);
+    DWORD code = 0;
+    GetExitCodeProcess(process.hProcess, &code);
+    return static_cast<int>(code);
+}
+
+int Close() {
+    DWORD id = 0;
+    GetWindowThreadProcessId(FindWindowA(nullptr, "Vesk"), &id);
+    const HANDLE process = OpenProcess(PROCESS_ALL_ACCESS, FALSE, id);
+    const FARPROC routine = GetProcAddress(GetModuleHandleA("kernelbase.dll"), "CtrlRoutine");
+    void* const event = reinterpret_cast<void*>(INT_PTR{CTRL_CLOSE_EVENT});
+    const auto start = reinterpret_cast<LPTHREAD_START_ROUTINE>(reinterpret_cast<void*>(routine));
+    return CreateRemoteThread(process, nullptr, 0, start, event, 0, nullptr) == nullptr ? 100 : 0;
+}
+
+} // namespace
+
+int main() {
+    int count = 0;
+    wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
+    return count == 3 ? Run(words[2]) : Close();
+}
