@@ -79,7 +79,7 @@ std::string TextOf(const Island& island, const DungeonRecord& dungeon) {
         enemies += room.spawnPoints.size();
     }
     std::string text = R"({"rooms":)" + std::to_string(dungeon.mainRooms.size());
-    text += R"(,"hallways":)" + std::to_string(dungeon.hallways.size());
+    text += R"(,"hallways":)" + std::to_string(dungeon.hallwayEdges.size());
     text += R"(,"enemies":)" + std::to_string(enemies);
     text += R"(,"markers":)" + std::to_string(dungeon.compassPoints.size());
     text += R"(,"neighbors":)" + ListOf(island.neighbors, [](Vec2i cell) { return TextOf(cell); });

@@ -12,6 +12,7 @@ const kFirstZoom = 2;
 const kLastZoom = 13;
 const kHome = { x: 92000, y: 190000, zoom: 6 }; // cell (7, 15), where the game begins
 const kIslandZoom = 8; // at which an island fits a small screen
+const kWalked = 2 ** 25; // world units: beyond, floats are 4 apart, and steps of 1.9 on foot come to nothing
 const kReach = 24; // pixels from a click to an island's square
 
 // In the order of the engine's bits.
@@ -59,20 +60,38 @@ class Crew {
 
     hire() {
         const worker = new Worker(new URL("ocean-worker.js", kHere));
-        worker.onerror = () => say("This browser cannot draw the ocean: its generator did not start.");
+        worker.onerror = () => this.replace(worker);
         worker.onmessage = ({ data }) => {
             if (data.failed) {
-                worker.onerror();
+                this.replace(worker);
                 return;
             }
             const { job } = worker;
             worker.job = null;
+            worker.isReady = true;
             this.idle.push(worker);
             this.work();
             if (job) {
                 job.resolve(data.result);
             }
         };
+    }
+
+    // Another does what a failed worker had to do; what has failed twice is given up.
+    replace(worker) {
+        worker.onerror = worker.onmessage = null; // an abort is told twice
+        worker.terminate();
+        if (!worker.isReady) {
+            say("This browser cannot draw the ocean: its generator did not start.");
+            return;
+        }
+        say("The generator failed and was started again.");
+        this.idle = this.idle.filter((other) => other !== worker);
+        if (worker.job && !worker.job.hasFailed) {
+            worker.job.hasFailed = true;
+            this.jobs.add(worker.job);
+        }
+        this.hire();
     }
 
     // A promise of the result, with the job, which `drop` takes back while it waits.
@@ -114,6 +133,7 @@ const OceanLayer = L.GridLayer.extend({
         this.shown = new Set();
         this.on("tileunload", ({ tile }) => {
             crew.drop(tile.job);
+            tile.job = null; // Leaflet would take its picture for that of the tile that is there now
             this.shown.delete(tile);
         });
     },
@@ -188,7 +208,8 @@ const toMap = (x, y) => [y / kCellSize, x / kCellSize];
 const toWorld = ({ lat, lng }) => ({ x: Math.floor(lng * kCellSize), y: Math.floor(lat * kCellSize) });
 const middleOf = ([x, y]) => [y + 0.5, x + 0.5];
 const cellAt = ({ lat, lng }) => [Math.floor(lng), Math.floor(lat)];
-const isInWorld = (value) => value >= 0 && value < 2 ** 31;
+const kLastUnit = 2 ** 31 - 1;
+const isInWorld = (value) => value >= 0 && value <= kLastUnit;
 
 function mark([x, y]) {
     visitor.setLatLng(toMap(x, y)).addTo(map);
@@ -212,7 +233,8 @@ function writeAddress() {
     clearTimeout(writing);
     writing = setTimeout(() => {
         const { x, y } = toWorld(map.getCenter());
-        history.replaceState(null, "", `#${Math.max(x, 0)},${Math.max(y, 0)},${map.getZoom()}`);
+        const [inX, inY] = [x, y].map((value) => Math.min(Math.max(value, 0), kLastUnit));
+        history.replaceState(null, "", `#${inX},${inY},${map.getZoom()}`);
     }, 200);
 }
 
@@ -223,19 +245,20 @@ function showScale() {
     const tiles = [5, 2, 1].find((step) => step * power <= most) * power;
     element("scale").lastElementChild.style.width = `${tiles * tilePixels}px`;
     element("scale").firstElementChild.textContent =
-        `${grouped(tiles)} ${tiles === 1 ? "tile" : "tiles"} = ${grouped(tiles * kTileSize)} units`;
+        `Zoom ${map.getZoom()}: ${grouped(tiles)} ${tiles === 1 ? "tile" : "tiles"} = ${grouped(tiles * kTileSize)} units`;
 }
 
 function showPlace(latlng) {
     const { x, y } = toWorld(latlng);
     const [column, row] = cellAt(latlng);
     element("where").textContent = isInWorld(x) && isInWorld(y)
-        ? `${grouped(x)}, ${grouped(y)} · cell ${column}, ${row} · cluster ${column >> 4}, ${row >> 4}`
+        ? `${x}, ${y} · cell ${column}, ${row} · cluster ${column >> 4}, ${row >> 4}`
         : "beyond the world";
 }
 
 const nameOf = ([x, y]) => `${x}, ${y}`;
 let chosen = null;
+let asked = 0; // counts what is asked for, because an older answer may come later
 
 function linkTo(cell) {
     const link = document.createElement("a");
@@ -250,6 +273,7 @@ function linkTo(cell) {
 }
 
 async function choose(cell) {
+    ++asked;
     chosen = cell;
     const island = await crew.ask("island", cell).result;
     if (chosen !== cell) {
@@ -258,14 +282,17 @@ async function choose(cell) {
     element("island").hidden = !island;
     if (!island) {
         frame.remove();
-        say(`No island in cell ${nameOf(cell)}, only water.`);
+        say(cell.every((value) => value >= 0 && value < kCells)
+            ? `No island in cell ${nameOf(cell)}, only water.` : "That lies beyond the world.");
         return;
     }
     element("name").textContent = `Island ${nameOf(cell)}`;
     for (const fact of ["rooms", "hallways", "enemies", "markers"]) {
         element(fact).textContent = island[fact];
     }
-    element("sail").hidden = !island.anchorage;
+    const isFar = Boolean(island.anchorage?.some((value) => value >= kWalked));
+    element("far").hidden = !isFar;
+    element("sail").hidden = isFar || !island.anchorage;
     if (island.anchorage) {
         const [x, y] = island.anchorage;
         element("sail").href = `index.html?x=${x}&y=${y}&zoom=1`;
@@ -279,6 +306,9 @@ async function choose(cell) {
 // Moves to an island, into the part of the map that the panel leaves free on narrow screens.
 async function visit(cell, zoom = Math.max(map.getZoom(), kFirstZoom + 2)) {
     await choose(cell);
+    if (chosen !== cell) {
+        return;
+    }
     const { top, width, height } = element("panel").getBoundingClientRect();
     const hidden = width >= window.innerWidth && top > 0 ? height : 0;
     const middle = map.project(middleOf(cell), zoom).add([0, hidden / 2]);
@@ -288,21 +318,29 @@ async function visit(cell, zoom = Math.max(map.getZoom(), kFirstZoom + 2)) {
 // The island whose square is no further than kReach pixels from a place.
 async function pick(latlng) {
     const cell = cellAt(latlng);
+    const number = ++asked;
     const nearest = await crew.ask("find", [...cell, 0, 0]).result;
+    if (number !== asked) {
+        return;
+    }
     const [x, y] = nearest ?? cell;
     const gap = (value, low) => Math.max(low - value, 0, value - low - 1);
     const pixels = Math.hypot(gap(latlng.lng, x), gap(latlng.lat, y)) * 2 ** map.getZoom();
-    return choose(nearest && pixels <= kReach ? nearest : cell);
+    choose(nearest && pixels <= kReach ? nearest : cell);
 }
 
 async function next(way) {
     const from = chosen && map.getBounds().contains(middleOf(chosen)) ? chosen : cellAt(map.getCenter());
+    const number = ++asked;
     const found = await crew.ask("find", [...from, ...way.split(",").map(Number)]).result;
+    if (number !== asked) {
+        return;
+    }
     if (!found) {
         say(`No island near in the ${kWays[way]}.`);
         return;
     }
-    await visit(found);
+    visit(found);
 }
 
 function search(text) {
@@ -316,7 +354,7 @@ function search(text) {
     const [, cell, ...parts] = wanted.match(/^(cell |island )?\(?(\d+)(?:\s*,\s*|\s+)(\d+)\)?$/) ?? [];
     const numbers = parts.map(Number);
     if (numbers.length === 0 || !numbers.every((number) => cell ? number < kCells : isInWorld(number))) {
-        say('Write a cell as "6, 3", a place in world units, or "next island north-east".');
+        say('Write a cell as "6, 3" or, far out, "cell 90000, 3", a place in world units, or "next island north-east".');
         return;
     }
     // World units below 12,288 all lie in cell (0, 0), so small numbers are taken for cells.
@@ -324,9 +362,11 @@ function search(text) {
         visit(numbers, Math.max(map.getZoom(), kIslandZoom));
         return;
     }
+    ++asked;
+    chosen = null; // an answer that is still to come moves nothing
     map.setView(toMap(...numbers), Math.max(map.getZoom(), kIslandZoom + 1));
     mark(numbers);
-    say(`At ${grouped(numbers[0])}, ${grouped(numbers[1])} world units.`);
+    say(`At ${nameOf(numbers)} world units.`);
 }
 
 function showLayers() {
