@@ -21,6 +21,10 @@ SITE = ROOT / "build/web/site"
 WIDTH, HEIGHT = 1280, 720
 JUMPS = 9  # at each zoom, every one to a place that no worker has drawn yet
 MOVES = 240
+# From the address to the last picture, in a browser that has nothing yet.
+STARTED = """const [done] = arguments; (function look() {
+        crew.jobs.size || crew.idle.length < crew.size ? requestAnimationFrame(look) : done(performance.now());
+    })();"""
 # From the jump, or the switch of all layers, to the last picture of the view.
 JUMP = """const [x, y, zoom, done] = arguments, began = performance.now();
     ocean.once("load", () => done([performance.now() - began,
@@ -71,6 +75,7 @@ def main():
     with chromium.serve(SITE) as address, tempfile.TemporaryDirectory() as profile, \
             chromium.start(profile, WIDTH, HEIGHT) as browser:
         browser.get(f"{address}/ocean.html#500000,500000,6")
+        print(f"first view after {browser.execute_async_script(STARTED):.0f} ms")
         browser.execute_script(COUNT_FRAMES)
         fill_views(browser)
         for zoom in (4, 8, 11):
