@@ -7,6 +7,8 @@ target_compile_options(vesk_options INTERFACE
     -ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     target_compile_options(vesk_options INTERFACE -Wthread-safety)
+elseif(CMAKE_UNITY_BUILD) # GCC takes the files that are compiled together for headers
+    target_compile_options(vesk_options INTERFACE -Wno-subobject-linkage)
 endif()
 if(VESK_WARNINGS_AS_ERRORS)
     target_compile_options(vesk_options INTERFACE -Werror)

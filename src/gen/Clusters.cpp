@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr std::size_t kUsualNeighbors = 8;
+constexpr std::size_t kUsualCellNeighbors = 8;
 constexpr std::int32_t kLastLandDraw = 5; // of 0 to 100
 
 void CollectLand(const ClusterRecord& record, std::vector<GridKey>& keys,
@@ -65,7 +65,7 @@ void BuildNeighborGraph(const ClusterRecord* const* records, std::int32_t count,
     std::vector<std::vector<GridKey>> neighbors(keys.size());
     ForEachCorner(triangles, [&](std::int32_t cell, std::int32_t first, std::int32_t second) {
         std::vector<GridKey>& list = neighbors[static_cast<std::size_t>(cell)];
-        list.reserve(kUsualNeighbors);
+        list.reserve(kUsualCellNeighbors);
         AddOnce(list, keys[static_cast<std::size_t>(first)]);
         AddOnce(list, keys[static_cast<std::size_t>(second)]);
     });

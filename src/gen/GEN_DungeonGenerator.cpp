@@ -15,7 +15,7 @@ constexpr std::size_t kPlacementAttempts = 100; // so also the most rooms
 constexpr std::int32_t kLastTile = kCellTiles - 1;
 constexpr float kMainRoomShare = 0.4f;  // of the largest room's side
 constexpr float kExtraEdgeShare = 0.3f; // of the spanning tree's edges
-constexpr std::size_t kUsualNeighbors = 16;
+constexpr std::size_t kUsualRoomNeighbors = 16;
 constexpr std::int32_t kTilesPerEnemy = 20;
 
 // A hallway runs from two tiles before its centre line to the tile after it.
@@ -235,7 +235,7 @@ void GEN_DungeonGenerator::TriangulateMainRooms(DungeonRecord& record) {
     std::vector<std::vector<std::int32_t>> neighbors(record.rooms.size());
     ForEachCorner(triangles, [&](std::int32_t room, std::int32_t first, std::int32_t second) {
         std::vector<std::int32_t>& list = neighbors[static_cast<std::size_t>(room)];
-        list.reserve(kUsualNeighbors);
+        list.reserve(kUsualRoomNeighbors);
         list.push_back(first);
         list.push_back(second);
     });

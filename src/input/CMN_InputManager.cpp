@@ -45,7 +45,7 @@ const Key* FindKey(SDL_Keycode code) {
 constexpr int kMapButton = 4;
 constexpr int kFirstSpareButton = 10;
 constexpr int kLastSpareButton = 13;
-constexpr int kDeadZone = 5000;
+constexpr int kStickDeadZone = 5000;
 
 // An axis value from -32768 to 32767 as a fraction from 0 to 1.
 double AxisFraction(int value) {
@@ -53,12 +53,12 @@ double AxisFraction(int value) {
 }
 
 float StickValue(int value) {
-    const bool atRest = value >= -kDeadZone && value <= kDeadZone;
+    const bool atRest = value >= -kStickDeadZone && value <= kStickDeadZone;
     return atRest ? 0.0f : static_cast<float>(AxisFraction(value) * 2.0 - 1.0);
 }
 
 float TriggerValue(int value) {
-    return value <= kDeadZone ? 0.0f : static_cast<float>(AxisFraction(value));
+    return value <= kStickDeadZone ? 0.0f : static_cast<float>(AxisFraction(value));
 }
 
 struct Axis {

@@ -3,17 +3,13 @@
 
 #include "gfx/GFX_GraphicsManager.h"
 #include "gfx/Vec2.h"
+#include "support/Limits.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
 namespace {
-
-constexpr std::int32_t kLow = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t kHigh = std::numeric_limits<std::int32_t>::max();
-constexpr float kInfinite = std::numeric_limits<float>::infinity();
-constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 
 static_assert(WrapAdd(kHigh, 1) == kLow && WrapSub(kLow, 1) == kHigh && WrapSub(0, kLow) == kLow);
 static_assert(WrapMul(65536, 65536) == 0 && WrapMul(kLow, -1) == kLow);

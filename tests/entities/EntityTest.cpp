@@ -7,7 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <regex>
+#include <sstream>
+#include <string>
 
 namespace {
 
@@ -15,10 +16,14 @@ void Set(InputAction action, float value) {
     CMN_InputManager::GetInstance()->actions[Index(action)] = value;
 }
 
-// How many lines of the drawing log match.
-std::ptrdiff_t Count(const std::string& log, const char* pattern) {
-    const std::regex regex(pattern);
-    return std::distance(std::sregex_iterator(log.begin(), log.end(), regex), {});
+// How many lines of the drawing log have both in them.
+int Count(const std::string& log, const std::string& call, const std::string& color = "") {
+    std::istringstream lines(log);
+    int count = 0;
+    for (std::string line; std::getline(lines, line);) {
+        count += static_cast<int>(line.find(call) != line.npos && line.find(color) != line.npos);
+    }
+    return count;
 }
 
 // The map, open in a window of an odd size, with the ship in cell (5, 4), which holds land.
@@ -68,8 +73,8 @@ TEST_F(MapTest, ChangesItsViewAndSpeedAtZoomFourAndZoomsWithinFloats) {
         Set(InputAction::PanHorizontal, 0.0f);
         EXPECT_EQ(map.pan.x, before + step) << zoom;
         const std::string log = game.Frame();
-        EXPECT_EQ(Count(log, "text \"\\(6,3\\)\"") == 1, zoom < 4.0f);
-        EXPECT_EQ(Count(log, "fill .* in 255,255,0,255") > 30, zoom >= 4.0f);
+        EXPECT_EQ(Count(log, "text \"(6,3)\"") == 1, zoom < 4.0f);
+        EXPECT_EQ(Count(log, "fill ", " in 255,255,0,255") > 30, zoom >= 4.0f);
     }
     Set(InputAction::ZoomIn, 1.0f);
     Set(InputAction::ZoomOut, 0.5f);
@@ -91,9 +96,8 @@ TEST_F(MapTest, CountsThePanelsEdgesAsInside) {
         for (const Vec2f offset : {Vec2f{x, 0}, Vec2f{-x, 0}, Vec2f{0, y}, Vec2f{0, -y}}) {
             map.pan = Vec2f{275.0f, 225.0f} - offset;
             const std::string log = game.Frame();
-            EXPECT_EQ(Count(log, "text \"\\(5,4\\)\""), beyond < 1.0f)
-                << offset.x << " " << offset.y;
-            EXPECT_EQ(Count(log, "line .* in 255,0,0,255"), beyond < 1.0f ? 2 : 0);
+            EXPECT_EQ(Count(log, "text \"(5,4)\""), beyond < 1.0f) << offset.x << " " << offset.y;
+            EXPECT_EQ(Count(log, "line ", " in 255,0,0,255"), beyond < 1.0f ? 2 : 0);
         }
     }
 }

@@ -1,19 +1,12 @@
 // What the rules fix for the generator's small parts: random numbers, ids, painting.
 #include "gen/GEN_DungeonGenerator.h"
 #include "gen/Random.h"
+#include "support/Limits.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <limits>
 #include <memory>
-
-namespace {
-
-constexpr std::int32_t kLow = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t kHigh = std::numeric_limits<std::int32_t>::max();
-
-} // namespace
 
 TEST(RulesTest, DrawsNoMoreOutputsThanItNeeds) {
     constexpr std::uint32_t top = 0xffffffffu;

@@ -7,11 +7,11 @@
 #include "gen/Random.h"
 #include "support/Files.h"
 #include "support/Holds.h"
+#include "support/Limits.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -20,9 +20,6 @@ namespace {
 
 using Points = std::vector<DelaunayPoint>;
 using Place = std::pair<float, float>;
-
-constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
-constexpr float kInfinite = std::numeric_limits<float>::infinity();
 
 constexpr const char* kShapes[] = {"lattice", "plane", "circle", "columns", "tiny"};
 

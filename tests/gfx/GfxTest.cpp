@@ -4,17 +4,15 @@
 #include "gfx/Clipping.h"
 #include "support/DrawLog.h"
 #include "support/Game.h"
+#include "support/Limits.h"
 
 #include <SDL.h>
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <thread>
 
 namespace {
 
-constexpr std::int32_t kLow = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t kHigh = std::numeric_limits<std::int32_t>::max();
 constexpr SDL_Color kRed{255, 0, 0, 255};
 
 GFX_GraphicsManager& Graphics() {

@@ -16,24 +16,24 @@ namespace {
 const std::thread::id mainThread = std::this_thread::get_id();
 thread_local int held = 0;
 
-std::string lines;
+std::string drawLog;
 std::string ground; // the first clear's colour
 
 template <typename... Parts>
 void Say(const Parts&... parts) {
     std::ostringstream line;
     (line << ... << parts);
-    lines += std::to_string(held) + ' ' + line.str();
-    lines += std::this_thread::get_id() == mainThread ? "\n" : " on another thread\n";
+    drawLog += std::to_string(held) + ' ' + line.str();
+    drawLog += std::this_thread::get_id() == mainThread ? "\n" : " on another thread\n";
 }
 
-std::string Text(SDL_Color c) {
+std::string Numbers(SDL_Color c) {
     std::ostringstream text;
     text << int{c.r} << ',' << int{c.g} << ',' << int{c.b} << ',' << int{c.a};
     return text.str();
 }
 
-std::string Text(const SDL_Rect* rect) {
+std::string Numbers(const SDL_Rect* rect) {
     std::ostringstream text;
     text << rect->x << ',' << rect->y << ',' << rect->w << ',' << rect->h;
     return text.str();
@@ -42,7 +42,7 @@ std::string Text(const SDL_Rect* rect) {
 std::string ColorOf(SDL_Renderer* renderer) {
     SDL_Color c{};
     SDL_GetRenderDrawColor(renderer, &c.r, &c.g, &c.b, &c.a);
-    return Text(c);
+    return Numbers(c);
 }
 
 // Whether a rectangle, made larger by `border` on every side, shows in the window.
@@ -57,11 +57,11 @@ bool Shows(SDL_Renderer* renderer, const SDL_Rect* rect, int border) {
 } // namespace
 
 std::string TakeDrawLog() {
-    return std::exchange(lines, {});
+    return std::exchange(drawLog, {});
 }
 
 void ResetDrawLog() {
-    lines.clear();
+    drawLog.clear();
     ground.clear();
 }
 
@@ -80,7 +80,7 @@ int __wrap_SDL_RenderCopy(SDL_Renderer* renderer, SDL_Texture* texture, const SD
             Say("copy text -> ", place->x, ',', place->y);
         } else {
             Say("copy ", static_cast<const char*>(name), ' ',
-                source == nullptr ? "all" : Text(source), " -> ", Text(place));
+                source == nullptr ? "all" : Numbers(source), " -> ", Numbers(place));
         }
     }
     return __real_SDL_RenderCopy(renderer, texture, source, place);
@@ -89,7 +89,7 @@ int __wrap_SDL_RenderCopy(SDL_Renderer* renderer, SDL_Texture* texture, const SD
 int __real_SDL_RenderFillRect(SDL_Renderer*, const SDL_Rect*);
 int __wrap_SDL_RenderFillRect(SDL_Renderer* renderer, const SDL_Rect* rect) {
     if (Shows(renderer, rect, 0)) {
-        Say("fill ", Text(rect), " in ", ColorOf(renderer));
+        Say("fill ", Numbers(rect), " in ", ColorOf(renderer));
     }
     return __real_SDL_RenderFillRect(renderer, rect);
 }
@@ -97,7 +97,7 @@ int __wrap_SDL_RenderFillRect(SDL_Renderer* renderer, const SDL_Rect* rect) {
 int __real_SDL_RenderDrawRect(SDL_Renderer*, const SDL_Rect*);
 int __wrap_SDL_RenderDrawRect(SDL_Renderer* renderer, const SDL_Rect* rect) {
     if (Shows(renderer, rect, 1)) {
-        Say("rect ", Text(rect), " in ", ColorOf(renderer));
+        Say("rect ", Numbers(rect), " in ", ColorOf(renderer));
     }
     return __real_SDL_RenderDrawRect(renderer, rect);
 }
@@ -124,7 +124,7 @@ void __wrap_SDL_RenderPresent(SDL_Renderer* renderer) {
 
 SDL_Surface* __real_TTF_RenderText_Blended(TTF_Font*, const char*, SDL_Color);
 SDL_Surface* __wrap_TTF_RenderText_Blended(TTF_Font* font, const char* text, SDL_Color color) {
-    Say("text \"", text, "\" in ", Text(color));
+    Say("text \"", text, "\" in ", Numbers(color));
     return __real_TTF_RenderText_Blended(font, text, color);
 }
 

@@ -49,7 +49,7 @@ constexpr bool AreInOrder() {
 }
 static_assert(AreInOrder());
 
-constexpr Color kGraph{164, 202, 214};
+constexpr Color kGraphColor{164, 202, 214};
 
 // Three bits a row, from the top: 0 to 9, then the comma.
 constexpr std::array<std::uint16_t, 11> kGlyphs{075557, 026227, 071747, 071717, 055711, 074717,
@@ -97,8 +97,8 @@ Color Picture::ColorOf(std::uint8_t pixel) {
     const std::size_t tone = pixel >> kToneShift;
     const int cover = pixel & kFullCover;
     const Color below = kColors[tone].second;
-    return {Blend(below.r, kGraph.r, cover), Blend(below.g, kGraph.g, cover),
-            Blend(below.b, kGraph.b, cover)};
+    return {Blend(below.r, kGraphColor.r, cover), Blend(below.g, kGraphColor.g, cover),
+            Blend(below.b, kGraphColor.b, cover)};
 }
 
 Color Picture::ColorOf(Tone tone) {
@@ -106,7 +106,7 @@ Color Picture::ColorOf(Tone tone) {
 }
 
 Color Picture::GraphColor() {
-    return kGraph;
+    return kGraphColor;
 }
 
 void Picture::Set(Vec2i point, Tone tone) {
