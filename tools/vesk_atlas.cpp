@@ -11,6 +11,7 @@
 #include <cstring>
 #include <exception>
 #include <iostream>
+#include <list>
 #include <new>
 #include <optional>
 #include <string>
@@ -40,25 +41,22 @@ Picture Draw(const Arguments& arguments, DataFile& data, OutputFile* tiledMap) {
 
 // Every file is opened before the work begins, and comes to its place after all have been written.
 void WritePicture(const Arguments& arguments) {
-    OutputFile picture(arguments.output);
-    std::optional<OutputFile> records;
-    std::optional<OutputFile> tiledMap;
-    if (!arguments.json.empty()) {
-        records.emplace(arguments.json);
-    }
-    if (!arguments.tmj.empty()) {
-        tiledMap.emplace(arguments.tmj);
-    }
-    DataFile data(records ? &*records : nullptr,
-                  arguments.command == Command::Clusters ? "clusters" : "cells");
-    const Picture drawn = Draw(arguments, data, tiledMap ? &*tiledMap : nullptr);
+    std::list<OutputFile> files;
+    const auto open = [&files](const std::string& target) {
+        return target.empty() ? nullptr : &files.emplace_back(target);
+    };
+    OutputFile* const picture = open(arguments.output);
+    OutputFile* const records = open(arguments.json);
+    OutputFile* const tiledMap = open(arguments.tmj);
+    DataFile data(records, arguments.command == Command::Clusters ? "clusters" : "cells");
+    const Picture drawn = Draw(arguments, data, tiledMap);
     data.Finish();
-    WritePng(drawn, picture);
-    for (OutputFile* const file :
-         {records ? &*records : nullptr, tiledMap ? &*tiledMap : nullptr, &picture}) {
-        if (file != nullptr) {
-            file->Finish();
-        }
+    WritePng(drawn, *picture);
+    for (OutputFile& file : files) {
+        file.Close();
+    }
+    for (OutputFile& file : files) {
+        file.PutInPlace();
     }
 }
 

@@ -30,7 +30,7 @@ Draws the world of vesk to a PNG file, north up.
   clusters  the clusters from (X0, Y0) to (X1, Y1): land, borders, neighbour graph
   tiles     those clusters as pictures of 256 x 256 pixels that fit together
 
-  -o, --output FILE   the picture; "-" is the standard output
+  -o, --output FILE   the picture, of tiles their folder; "-" is the standard output
       --overlay LIST  border, rooms, tree, hallways, spawns, compass, triangulation,
                       separated by commas, or all
       --graph GRAPH   middle: of every block of 3 x 3 clusters the edges of the middle
@@ -337,10 +337,12 @@ private:
     }
 
     std::string CheckFiles() {
+        const bool isTiles = arguments.command == Command::Tiles;
         if (arguments.output.empty()) {
-            return "where the picture goes is missing: -o FILE";
+            return isTiles ? "where the tiles go is missing: -o DIR"
+                           : "where the picture goes is missing: -o FILE";
         }
-        if (arguments.command == Command::Tiles && arguments.output == "-") {
+        if (isTiles && arguments.output == "-") {
             return "tiles go to a folder: -o DIR";
         }
         const std::array<std::string, 3> files{arguments.output, arguments.json, arguments.tmj};

@@ -29,12 +29,9 @@ fs::path Followed(fs::path path) {
     return path;
 }
 
-fs::path DraftOf(const fs::path& place) {
-    fs::path name = ".";
-    name += place.filename();
-    name += '.';
-    name += std::to_string(std::random_device()());
-    return place.parent_path() / name;
+// Of its own length: a target's name may be as long as names can be.
+fs::path DraftBeside(const fs::path& place) {
+    return place.parent_path() / (".vesk_atlas-" + std::to_string(std::random_device()()));
 }
 
 } // namespace
@@ -49,10 +46,10 @@ OutputFile::OutputFile(std::string theTarget)
         place = Followed(PathOf(target));
         std::error_code error;
         const fs::file_status status = fs::status(place, error);
-        if (fs::exists(status) && !IsWritable(place)) {
+        if (status.type() != fs::file_type::not_found && !IsWritable(place)) {
             Fail(errno);
         }
-        const fs::path name = DraftOf(place);
+        const fs::path name = DraftBeside(place);
         file = Open(name);
         draft = name; // ours from here on
         if (fs::exists(status)) {
@@ -83,11 +80,14 @@ void OutputFile::Write(const void* bytes, std::size_t count) {
     }
 }
 
-void OutputFile::Finish() {
+void OutputFile::Close() {
     if (file.get_deleter()(file.release()) != 0) {
         Fail(errno);
     }
     CheckInterrupted();
+}
+
+void OutputFile::PutInPlace() {
     if (!draft.empty()) {
         std::error_code error;
         fs::rename(draft, place, error);

@@ -16,15 +16,17 @@ public:
     /// Opens the file. Throws std::system_error, as do the others, when the system refuses, with
     /// the target's name; an interrupted program throws Interrupted.
     explicit OutputFile(std::string target);
-    /// Removes what was written unless it was finished.
+    /// Removes what was written unless it is in its place.
     ~OutputFile();
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
     void Write(const void* bytes, std::size_t count);
     void Write(std::string_view text) { Write(text.data(), text.size()); }
-    /// Puts the file in its place.
-    void Finish();
+    /// Ends the writing. Several files are all closed before the first is put in its place.
+    void Close();
+    /// Puts the closed file in its place.
+    void PutInPlace();
 
 private:
     using Handle = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;

@@ -53,7 +53,8 @@ private:
         thread_local TilePainter painter; // keeps what the next picture shows, too
         OutputFile file(FolderOf(place.column) + std::to_string(place.row) + ".png");
         WritePng(painter.Draw(place, layers), file);
-        file.Finish();
+        file.Close();
+        file.PutInPlace();
     }
 
     const Arguments& arguments;
