@@ -49,7 +49,8 @@ const grouped = (number) => Math.round(number).toLocaleString("en-US");
 // free, so that what has come into view first is drawn first.
 class Crew {
     constructor(count, rank) {
-        this.size = count;
+        this.size = count; // of those that have not failed to start
+        this.hasStarted = false;
         this.rank = rank; // the lowest is next
         this.jobs = new Set();
         this.idle = [];
@@ -68,7 +69,7 @@ class Crew {
             }
             const { job } = worker;
             worker.job = null;
-            worker.isReady = true;
+            worker.isReady = this.hasStarted = true;
             this.idle.push(worker);
             this.work();
             if (job) {
@@ -77,21 +78,31 @@ class Crew {
         };
     }
 
-    // Another does what a failed worker had to do; what has failed twice is given up.
+    // What a failed worker had to do is for the next that is free. The others go on without one that
+    // does not start.
     replace(worker) {
         worker.onerror = worker.onmessage = null; // an abort is told twice
         worker.terminate();
-        if (!worker.isReady) {
-            say("This browser cannot draw the ocean: its generator did not start.");
+        this.idle = this.idle.filter((other) => other !== worker);
+        if (worker.isReady) {
+            this.retry(worker.job);
+            this.hire();
+        } else {
+            --this.size;
+        }
+        this.work();
+    }
+
+    retry(job) {
+        if (job?.hasFailed) {
+            say("The generator failed twice at the same work, which stays undone.");
             return;
         }
-        say("The generator failed and was started again.");
-        this.idle = this.idle.filter((other) => other !== worker);
-        if (worker.job && !worker.job.hasFailed) {
-            worker.job.hasFailed = true;
-            this.jobs.add(worker.job);
+        say("The generator failed and is started again.");
+        if (job) {
+            job.hasFailed = true;
+            this.jobs.add(job);
         }
-        this.hire();
     }
 
     // A promise of the result, with the job, which `drop` takes back while it waits.
@@ -121,6 +132,11 @@ class Crew {
             const worker = this.idle.pop();
             worker.job = next;
             worker.postMessage({ what: next.what, values: next.values });
+        }
+        if (this.size === 0 && this.jobs.size > 0) {
+            this.jobs.clear();
+            say(this.hasStarted ? "The generator failed and does not start again: load the page anew."
+                : "This browser cannot draw the ocean: its generator did not start.");
         }
     }
 }
@@ -343,16 +359,21 @@ async function next(way) {
     visit(found);
 }
 
+const kTwoNumbers = (() => { // with or without marks between thousands
+    const number = String.raw`(\d{1,3}(?:,\d{3})+|\d+)`;
+    return new RegExp(String.raw`^(cell |island )?\(?${number}(?: ?, | )${number}\)?$`);
+})();
+
 function search(text) {
-    const wanted = text.trim().toLowerCase().replace(/\s+/g, " ");
+    const wanted = text.trim().toLowerCase().replace(/\s+/g, " ").replace(/^(\D*\d+),(\d+\D*)$/, "$1, $2");
     const heading = wanted.replace(/^next( island)?( to the)? ?/, "").replace(/^(north|south)[ -]?(?=east|west)/, "$1-");
     const way = Object.keys(kWays).find((key) => kWays[key] === heading);
     if (way) {
         next(way);
         return;
     }
-    const [, cell, ...parts] = wanted.match(/^(cell |island )?\(?(\d+)(?:\s*,\s*|\s+)(\d+)\)?$/) ?? [];
-    const numbers = parts.map(Number);
+    const [, cell, ...parts] = wanted.match(kTwoNumbers) ?? [];
+    const numbers = parts.map((part) => Number(part.replaceAll(",", "")));
     if (numbers.length === 0 || !numbers.every((number) => cell ? number < kCells : isInWorld(number))) {
         say('Write a cell as "6, 3" or, far out, "cell 90000, 3", a place in world units, or "next island north-east".');
         return;

@@ -16,9 +16,12 @@ from selenium.webdriver.support.ui import WebDriverWait
 from chromium import start
 from conftest import ROOT
 
-OVERLAYS = {"rooms", "hallways", "tree", "markers", "enemies", "borders", "triangulation"}
 ATLAS_NAMES = {"markers": "compass", "enemies": "spawns", "borders": "border"}
-LAYERS = {"links", "clusters", "grid", "names"} | OVERLAYS
+LAYERS = {"links": (164, 202, 214), "clusters": (37, 118, 172), "grid": (25, 80, 116), "names": (214, 232, 240),
+          "rooms": (255, 255, 0), "hallways": (255, 0, 0), "tree": (0, 255, 0), "markers": (255, 128, 0),
+          "enemies": (255, 0, 255), "borders": (255, 0, 0), "triangulation": (255, 255, 255)}  # and their colours
+LEGEND = """return Object.fromEntries([...document.querySelectorAll("#layers label")].map((label) =>
+    [label.querySelector("input").name, getComputedStyle(label.querySelector("i")).backgroundColor]));"""
 MOUSE = "Input.dispatchMouseEvent"
 DRAWN = """const [done] = arguments; (function look() {
     const tiles = [...ocean.shown].filter(({coords}) => coords.z === map.getZoom());
@@ -47,6 +50,10 @@ def show(chromium, site, x, y, zoom, layers=None):
 def pictures(chromium):
     return {(at["x"], -1 - at["y"]): Image.open(io.BytesIO(base64.b64decode(png))).convert("RGB")
             for at, png in chromium.execute_async_script(DRAWN)}
+
+
+def count(drawn, color):
+    return sum(number for picture in drawn.values() for number, found in picture.getcolors() if found == color)
 
 
 def view(chromium):
@@ -105,11 +112,13 @@ def test_tiles_are_those_of_a_drawn_cell(chromium, site, zoom, layers, tmp_path)
 def test_layers_change_pictures_and_back(chromium, site):
     first = show(chromium, site, 13.5, 13.5, 6, [])
     seen = {tuple(picture.tobytes() for picture in first.values())}
-    for number, name in enumerate(sorted(LAYERS), 1):
+    assert chromium.execute_script(LEGEND) == {name: f"rgb{color}" for name, color in LAYERS.items()}
+    for number, (name, color) in enumerate(LAYERS.items(), 1):
         box = chromium.find_element(By.NAME, name)
         chromium.execute_script("arguments[0].click()", box)
-        seen.add(tuple(picture.tobytes() for picture in pictures(chromium).values()))
-        assert len(seen) == number + 1, name
+        now = pictures(chromium)
+        seen.add(tuple(picture.tobytes() for picture in now.values()))
+        assert len(seen) == number + 1 and count(now, color) > count(first, color), name
         chromium.execute_script("arguments[0].click()", box)
         assert pictures(chromium) == first
 
@@ -146,15 +155,34 @@ def test_island_tells_its_facts_and_the_ship_sails_from_it(chromium, site, tmp_p
 
 def test_search_and_address_lead_to_places(chromium, site):
     show(chromium, site, 40, 40, 5)
-    search(chromium, "6, 3")
+    search(chromium, "6,3")
     wait(chromium, lambda: text(chromium, "name") == "Island 6, 3")
     search(chromium, "next island north-west")
     wait(chromium, lambda: text(chromium, "name") == "Island 5, 4")
-    search(chromium, "500000, 1500000")
-    wait(chromium, lambda: chromium.current_url.endswith("#500000,1500000,9"))
+    for words, place in (("500000, 1500000", "500000,1500000"), ("1,104,000 2,280,000", "1104000,2280000")):
+        search(chromium, words)
+        wait(chromium, lambda: chromium.current_url.endswith(f"#{place},9"))
     for words, said in (("7, 3", "only water"), ("cell 174763, 3", "Write a cell")):
         search(chromium, words)
         wait(chromium, lambda: said in text(chromium, "say"))
+
+
+def test_a_failure_is_told_and_another_worker_takes_its_work(chromium, site):
+    show(chromium, site, 40, 40, 5)
+    chromium.execute_script("crew.ask('nonsense', [])")
+    wait(chromium, lambda: "stays undone" in text(chromium, "say"))
+    rest = "return crew.size > 0 && crew.idle.length === crew.size"
+    wait(chromium, lambda: chromium.execute_script(rest))
+    rooms = chromium.execute_async_script("""const [done] = arguments, Real = Worker, worker = crew.idle.at(-1);
+        Worker = function () { return new Real("none.js"); };
+        crew.ask("island", [6, 3]).result.then(({ rooms }) => done(rooms));
+        worker.onerror();""")
+    assert rooms > 0 and "started again" in text(chromium, "say")
+    wait(chromium, lambda: chromium.execute_script(rest))
+    chromium.execute_script("crew.idle.forEach((worker) => worker.onerror())")
+    search(chromium, "6, 3")
+    wait(chromium, lambda: "load the page anew" in text(chromium, "say"))
+    chromium.get_log("browser")  # where the browser tells of the failures, too
 
 
 def test_keys_wheel_and_pinch_move_and_zoom(chromium, site, tmp_path):
