@@ -99,12 +99,19 @@ def test_tiled_reads_the_map_and_the_map_tells_the_records(tmp_path):
 
 
 def test_no_run_leaves_half_a_file_or_loses_a_good_one(tmp_path):
-    picture, link = tmp_path / "p.png", tmp_path / "link.png"
+    picture, link, circle = tmp_path / f"{'p' * 251}.png", tmp_path / "link.png", tmp_path / "circle"
     picture.write_text("good")
-    link.symlink_to("p.png")
-    full = run("cell 6 3 --overlay all -o", link, limits=[(resource.RLIMIT_FSIZE, 500)],
-               restore_signals=False)
-    assert full.returncode == 1 and "File too large" in full.stderr
+    link.symlink_to(picture.name)
+    circle.symlink_to(circle.name)
+    reader, pipe = os.pipe()
+    os.close(reader)
+    for command, target, options, reason in (
+            ("cell 6 3 --overlay all -o", link, {"limits": [(resource.RLIMIT_FSIZE, 500)]}, "File too large"),
+            ("cell 7 3 -o - --json", link, {"stdout": pipe}, "Broken pipe"),  # at the last moment
+            ("cell 7 3 -o", circle, {}, "symbolic links")):
+        failed = run(command, target, restore_signals=False, **options)
+        assert failed.returncode == 1 and reason in failed.stderr
+    os.close(pipe)
     for end in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
         with subprocess.Popen([PROGRAM, *"clusters 0 0 499 499 --scale 1 -o".split(), link, "--json",
                                tmp_path / "j"], stderr=subprocess.PIPE, text=True,
@@ -112,8 +119,8 @@ def test_no_run_leaves_half_a_file_or_loses_a_good_one(tmp_path):
             assert re.match("drawing: [0-9]+ %", process.stderr.readline())
             process.send_signal(end)
         assert process.returncode == -end
-    assert {file.name for file in tmp_path.iterdir()} == {"p.png", "link.png"}
-    assert link.is_symlink() and picture.read_text() == "good"
+    assert set(tmp_path.iterdir()) == {picture, link, circle}
+    assert link.is_symlink() and circle.is_symlink() and picture.read_text() == "good"
     atlas("cell 6 3 -o", link)
     assert link.is_symlink() and Image.open(picture).size == (512, 512)
 
@@ -148,6 +155,12 @@ def test_cells_beyond_the_world_are_left_out(tmp_path):
     atlas("tour 0 20 -o", tmp_path / "p.png", "--json", tmp_path / "p.json")
     cells = json.loads((tmp_path / "p.json").read_text())["cells"]
     assert [cell["key"]["x"] for cell in cells] == 3 * [0, 1]
+    # In the east the world ends at this pixel, and links so far from it, in the middle of a cell.
+    for command, end, most in (("clusters 10922 0 10922 0 --scale 8", 88, 2), ("tour 174762 2", 1024, 250)):
+        atlas(command, "-o", tmp_path / "p.png")
+        picture = Image.open(tmp_path / "p.png").convert("RGB")
+        assert set(picture.crop((end, 0, *picture.size)).getdata()) <= {(12, 16, 24), (37, 118, 172)}
+        assert GRAPH not in picture.crop((end - most, 0, end, picture.height)).getdata()
 
 
 @pytest.mark.parametrize("command, code, reason", [
@@ -155,7 +168,7 @@ def test_cells_beyond_the_world_are_left_out(tmp_path):
     ("cell -12 2 -o p.png", 2, "begin at 0"), ("tour 1 174763 -o p.png", 2, "0 to 174762"),
     ("cell 1 2 --zoom 3 -o p", 2, "--zoom"), ("tour 1 2 --scale 11 -o p.png", 2, "1 to 10"),
     ("clusters 0 0 999 9 -o p.png", 2, "16384"), ("clusters 0 0 1 1 --graph 7,3 -o p", 2, "no land"),
-    ("tiles 0 0 0 0 --zoom 3 -o -", 2, "folder"),
+    ("tiles 0 0 0 0 --zoom 3 -o -", 2, "folder"), ("tiles 0 0 0 0 --zoom 3", 2, "-o DIR"),
     ("clusters 4 0 4 0 --graph 45,38 -o p", 2, "not reach"), ("cell 1 2 -o p --json ./p", 2, "each"),
     ("clusters 0 0 999 999 --scale 1 -o p --json no/p", 1, "no/p: No such file"),
 ])

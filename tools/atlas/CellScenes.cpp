@@ -67,7 +67,7 @@ private:
 
     void DrawLink(Vec2i from, Vec2i to) {
         const Vec2i middle{side / 2, side / 2};
-        if (IsInWorld(from) && to.x >= 0) { // west of the world a graph has cells, but none is seen
+        if (IsLinkSeen(from, to)) {
             picture.GraphLine(CornerOf(from - arguments.first) + middle,
                               CornerOf(to - arguments.first) + middle, 2.5f);
         }

@@ -1,5 +1,7 @@
 #include "atlas/CellView.h"
 
+#include "atlas/Records.h"
+
 #include <algorithm>
 
 namespace {
@@ -53,15 +55,15 @@ void CellView::DrawShapes(const DungeonRecord& dungeon) const {
         picture.Fill({area.x - kShoal, area.y - kShoal, area.w + 2 * kShoal, area.h + 2 * kShoal},
                      Tone::Grid);
     };
-    std::vector<DungeonRoom> hallways(dungeon.hallways);
-    std::erase_if(hallways, [](const DungeonRoom& hallway) {
-        return hallway.w <= 0 || hallway.h <= 0; // covers no tile
-    });
-    std::for_each(hallways.begin(), hallways.end(), shoal);
+    for (const DungeonRoom& hallway : dungeon.hallways) {
+        if (CoversTiles(hallway)) {
+            shoal(hallway);
+        }
+    }
     for (const std::int32_t id : dungeon.mainRooms) {
         shoal(dungeon.Room(id));
     }
-    for (const DungeonRoom& hallway : hallways) {
+    for (const DungeonRoom& hallway : dungeon.hallways) {
         picture.Fill(AreaOf(hallway), Tone::Shore);
     }
     for (const std::int32_t id : dungeon.mainRooms) {

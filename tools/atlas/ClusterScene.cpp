@@ -1,4 +1,5 @@
 // A block of clusters, cell by cell.
+#include "ClusterBlock.h"
 #include "atlas/Parallel.h"
 #include "atlas/Records.h"
 #include "atlas/Scenes.h"
@@ -22,17 +23,17 @@ struct ClusterData {
 class ClusterScene {
 public:
     explicit ClusterScene(const Arguments& theArguments)
-        : arguments(theArguments), cellSide(arguments.scale), side(kClusterCells * cellSide),
+        : arguments(theArguments), cellSide(arguments.scale),
           size(arguments.last - arguments.first + Vec2i{1, 1}),
-          picture(size.x * side, size.y * side), progress("drawing", 2 * Count()) {}
+          picture(size.x * kClusterCells * cellSide, size.y * kClusterCells * cellSide),
+          progress("drawing", 2 * Count()) {}
 
     // Clusters touch no pixel of each other, so each is drawn by whoever generates it.
     void DrawLand() {
         ForEachIndex(Count(), arguments.threads, [this](std::size_t i) {
-            const Vec2i place = PlaceOf(i);
             ClusterRecord record;
-            GenerateCluster(ClusterKey(arguments.first + place), record);
-            DrawCluster(record, place);
+            GenerateCluster(ClusterKey(ClusterAt(i)), record);
+            DrawCluster(record);
             progress.Add();
         });
     }
@@ -58,27 +59,31 @@ private:
         return static_cast<std::size_t>(size.x) * static_cast<std::size_t>(size.y);
     }
 
-    // Of cluster i, counted row by row from the south-west, relative to the first.
-    Vec2i PlaceOf(std::size_t i) const {
+    // Of cluster i, counted row by row from the south-west.
+    Vec2i ClusterAt(std::size_t i) const {
         const auto number = static_cast<std::int32_t>(i);
-        return {number % size.x, number / size.x};
+        return arguments.first + Vec2i{number % size.x, number / size.x};
     }
 
-    // The upper left pixel of a cell, relative to the lower left one of the picture.
+    // The upper left pixel of a cell.
     Vec2i CornerOf(Vec2i cell) const {
-        return {cell.x * cellSide, picture.Height() - (cell.y + 1) * cellSide};
+        const Vec2i place = cell - arguments.first * kClusterCells;
+        return {place.x * cellSide, picture.Height() - (place.y + 1) * cellSide};
     }
 
-    void DrawCluster(const ClusterRecord& record, Vec2i place) {
-        const Vec2i corner = CornerOf(place * kClusterCells + Vec2i{0, kClusterCells - 1});
+    void DrawCluster(const ClusterRecord& record) {
         const Vec2i first = record.key.Coords() * kClusterCells;
+        const Vec2i last = LastCellOf(record.key.Coords());
+        const Vec2i corner = CornerOf({first.x, last.y});
+        const Vec2i extent = (last - first + Vec2i{1, 1}) * cellSide;
         const bool shaded = (record.key.x + record.key.y) % 2 != 0;
-        picture.Fill({corner.x, corner.y, side, side}, shaded ? Tone::SeaShade : Tone::Sea);
-        picture.Fill({corner.x, corner.y, side, 1}, Tone::Grid);
-        picture.Fill({corner.x, corner.y, 1, side}, Tone::Grid);
+        picture.Fill({corner.x, corner.y, extent.x, extent.y}, shaded ? Tone::SeaShade : Tone::Sea);
+        picture.Fill({corner.x, corner.y, extent.x, 1}, Tone::Grid);
+        picture.Fill({corner.x, corner.y, 1, extent.y}, Tone::Grid);
         for (const auto& [id, flag] : record.cells) {
-            if (flag == 1) {
-                DrawIsland(CornerOf(CellOfId(id, first) - arguments.first * kClusterCells));
+            const Vec2i cell = CellOfId(id, first);
+            if (flag == 1 && IsInWorld(cell)) {
+                DrawIsland(CornerOf(cell));
             }
         }
         if (cellSide < kLeastDetailed) {
@@ -98,20 +103,19 @@ private:
     }
 
     ClusterData Generate(Vec2i cluster) const {
-        const bool around = arguments.graph == Graph::Around && cluster == NearestToGraphCell();
-        const Block block(around ? arguments.graphCell / kClusterCells : cluster);
-        ClusterData data{block.Middle(), {}};
-        if (around) {
-            GenerateCluster(ClusterKey(cluster), data.record);
+        ClusterData data;
+        GenerateCluster(ClusterKey(cluster), data.record);
+        const bool isAround = arguments.graph == Graph::Around;
+        const bool hasGraph =
+            isAround ? cluster == NearestToGraphCell() : arguments.graph != Graph::None;
+        if (hasGraph) {
+            const Vec2i middle = isAround ? arguments.graphCell / kClusterCells : cluster;
+            data.neighbors = ClusterBlock(middle).Neighbors();
         }
-        if (around || arguments.graph == Graph::Whole) {
-            data.neighbors = block.Neighbors();
-        } else if (arguments.graph == Graph::Middle) {
-            for (const auto& [cell, list] : block.Neighbors()) {
-                if (data.record.cells.find(cell.id) != data.record.cells.end()) {
-                    data.neighbors[cell] = list;
-                }
-            }
+        if (arguments.graph == Graph::Middle) {
+            std::erase_if(data.neighbors, [&data](const auto& entry) {
+                return !data.record.cells.contains(entry.first.id);
+            });
         }
         return data;
     }
@@ -133,18 +137,15 @@ private:
     }
 
     void DrawLink(Vec2i from, Vec2i to) {
-        if (from.x < 0 || to.x < 0) { // west of the world a graph has cells, but none is seen
-            return;
-        }
-        const Vec2i first = arguments.first * kClusterCells;
         const Vec2i middle{cellSide / 2, cellSide / 2};
-        picture.GraphLine(CornerOf(from - first) + middle, CornerOf(to - first) + middle,
-                          static_cast<float>(cellSide) / 8.0f);
+        if (IsLinkSeen(from, to)) {
+            picture.GraphLine(CornerOf(from) + middle, CornerOf(to) + middle,
+                              static_cast<float>(cellSide) / 8.0f);
+        }
     }
 
     const Arguments& arguments;
     std::int32_t cellSide; // pixels
-    std::int32_t side;     // of a cluster, pixels
     Vec2i size;            // clusters
     Picture picture;
     Progress progress; // a cluster is drawn in two halves, its land and its graph

@@ -21,6 +21,18 @@ constexpr bool IsInWorld(Vec2i cell) {
     return cell.x >= 0 && cell.x <= kLastCell && cell.y >= 0 && cell.y <= kLastCell;
 }
 
+/// Whether a line of the graph is drawn: beyond the world it has cells, too, but none is seen.
+constexpr bool IsLinkSeen(Vec2i from, Vec2i to) {
+    return IsInWorld(from) && IsInWorld(to);
+}
+
+/// The upper right one of a cluster's cells, of those that lie in the world. The cluster, which
+/// does, comes in cluster coordinates.
+constexpr Vec2i LastCellOf(Vec2i cluster) {
+    const Vec2i last = cluster * kClusterCells + Vec2i{kClusterCells - 1, kClusterCells - 1};
+    return {last.x < kLastCell ? last.x : kLastCell, last.y < kLastCell ? last.y : kLastCell};
+}
+
 /// The coordinates of the cell with this id that is nearest to a cell; up to half a million columns
 /// and two thousand rows away. Ids of northern cells wrap, their differences do not.
 Vec2i CellOfId(std::int32_t id, Vec2i near);
@@ -32,8 +44,6 @@ public:
     /// The coordinates are the middle cluster's.
     explicit Block(Vec2i cluster);
 
-    const ClusterRecord& Middle() const { return block.clusters[4]; }
-    const CellNeighborMap& Neighbors() const { return neighbors; }
     /// The cells that the graph joins to a cell.
     std::vector<GridKey> NeighborsOf(const GridKey& cell) const;
     /// Whether a cell of the block holds land; false for any other.
@@ -43,6 +53,11 @@ private:
     ClusterBlock block;
     CellNeighborMap neighbors;
 };
+
+/// Whether a part of a hallway covers any tile.
+inline bool CoversTiles(const DungeonRoom& hallway) {
+    return hallway.w > 0 && hallway.h > 0;
+}
 
 struct Cell {
     GridKey key;

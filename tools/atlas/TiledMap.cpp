@@ -54,7 +54,7 @@ private:
     void AddHallways() {
         Json hallways = Json::array();
         for (const DungeonRoom& hallway : dungeon.hallways) {
-            if (hallway.w > 0 && hallway.h > 0) { // else it covers no tile
+            if (CoversTiles(hallway)) {
                 hallways.push_back(Rectangle("hallway", hallway));
             }
         }

@@ -4,6 +4,8 @@
 #include "gen/GEN_DungeonGenerator.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <string>
 
 namespace {
@@ -75,9 +77,7 @@ private:
 
     void DrawSea(Vec2i cluster) {
         const Vec2i first = cluster * kClusterCells;
-        const Vec2i last{std::min(first.x + kClusterCells - 1, kLastCell),
-                         std::min(first.y + kClusterCells - 1, kLastCell)};
-        const Area area = AreaOf(first, last);
+        const Area area = AreaOf(first, LastCellOf(cluster));
         const bool shaded =
             layers.clusters && zoom < kTilesZoom && (cluster.x + cluster.y) % 2 != 0;
         picture.Fill(area, shaded ? Tone::SeaShade : Tone::Sea);
@@ -150,8 +150,7 @@ private:
 
     void DrawNames(Vec2i cluster) {
         if (layers.clusters && zoom >= kNamedClustersZoom) {
-            const Vec2i first = cluster * kClusterCells;
-            DrawName(CornerOf(first + Vec2i{0, kClusterCells - 1}), cluster,
+            DrawName(CornerOf({cluster.x * kClusterCells, LastCellOf(cluster).y}), cluster,
                      zoom > kNamedClustersZoom ? 2 : 1);
         }
         if (layers.names && zoom >= kShapesZoom) {
@@ -176,27 +175,23 @@ private:
     Picture picture;
 };
 
-std::vector<Island> MakeIslands(Vec2i cluster) {
-    std::vector<Island> islands;
-    const Block block(cluster);
-    const Vec2i first = cluster * kClusterCells;
-    for (std::int32_t i = 0; i < kClusterCells * kClusterCells; ++i) {
-        const Vec2i cell = first + Vec2i{i % kClusterCells, i / kClusterCells};
-        const GridKey key = CellKey(cell);
-        if (!IsInWorld(cell) || block.Middle().LandFlag(key.id) == 0) {
-            continue;
+// The record without the sea, which is most of it.
+ClusterRecord MakeLand(Vec2i cluster) {
+    ClusterRecord record;
+    GenerateCluster(ClusterKey(cluster), record);
+    std::erase_if(record.cells, [](const auto& cell) { return cell.second == 0; });
+    return record;
+}
+
+Island MakeIsland(Vec2i cell, const std::vector<GridKey>& neighbors) {
+    Island island{cell, {}, neighbors.size()};
+    for (const GridKey& neighbor : neighbors) {
+        const Vec2i place = CellOfId(neighbor.id, cell);
+        if (IsLinkSeen(cell, place)) {
+            island.neighbors.push_back(place);
         }
-        Island island{cell, {}, 0};
-        for (const GridKey& neighbor : block.NeighborsOf(key)) {
-            const Vec2i place = CellOfId(neighbor.id, cell);
-            if (IsInWorld(place)) {
-                island.neighbors.push_back(place);
-            }
-            ++island.links;
-        }
-        islands.push_back(std::move(island));
     }
-    return islands;
+    return island;
 }
 
 bool IsClusterInWorld(Vec2i cluster) {
@@ -225,7 +220,26 @@ const std::vector<Island>& TilePainter::IslandsOf(Vec2i cluster) {
     if (!IsClusterInWorld(cluster)) {
         return none;
     }
-    return clusters.At(cluster, [cluster] { return MakeIslands(cluster); });
+    return clusters.At(cluster, [this, cluster] { return MakeIslands(cluster); });
+}
+
+std::vector<Island> TilePainter::MakeIslands(Vec2i cluster) {
+    std::array<const ClusterRecord*, 9> block{};
+    for (std::int32_t i = 0; i < 9; ++i) {
+        const Vec2i place = cluster + Vec2i{i % 3 - 1, i / 3 - 1};
+        block[static_cast<std::size_t>(i)] = &land.At(place, [place] { return MakeLand(place); });
+    }
+    CellNeighborMap neighbors;
+    BuildNeighborGraph(block.data(), 9, neighbors);
+    std::vector<Island> islands;
+    for (std::int32_t i = 0; i < kClusterCells * kClusterCells; ++i) {
+        const Vec2i cell = cluster * kClusterCells + Vec2i{i % kClusterCells, i / kClusterCells};
+        const GridKey key = CellKey(cell);
+        if (IsInWorld(cell) && block[4]->LandFlag(key.id) == 1) {
+            islands.push_back(MakeIsland(cell, neighbors[key]));
+        }
+    }
+    return islands;
 }
 
 const Island* TilePainter::IslandAt(Vec2i cell) {

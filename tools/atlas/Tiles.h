@@ -9,6 +9,7 @@
 #include "atlas/CellView.h"
 #include "atlas/Picture.h"
 #include "atlas/Recent.h"
+#include "gen/Clusters.h"
 #include "gen/DungeonRecord.h"
 
 #include <cstdint>
@@ -49,7 +50,7 @@ class TilePainter {
 public:
     Picture Draw(const PicturePlace& place, const Layers& layers);
 
-    /// The islands of a cluster in ascending order of their ids; none outside the world.
+    /// The islands of a cluster, row by row from the south; none outside the world.
     const std::vector<Island>& IslandsOf(Vec2i cluster);
     /// The island in a cell, null for water. Valid until the next call.
     const Island* IslandAt(Vec2i cell);
@@ -57,6 +58,9 @@ public:
     const DungeonRecord& DungeonOf(const Island& island);
 
 private:
+    std::vector<Island> MakeIslands(Vec2i cluster);
+
+    Recent<ClusterRecord> land{2048}; // without the sea; a graph needs nine of them
     Recent<std::vector<Island>> clusters{2048};
     Recent<std::unique_ptr<DungeonRecord>> dungeons{64};
 };
