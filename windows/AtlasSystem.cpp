@@ -1,6 +1,8 @@
 // What atlas/System.h promises, on Windows.
 #include "atlas/System.h"
 
+#include "Console.h"
+
 #include <csignal>
 
 #include <fcntl.h>
@@ -27,6 +29,7 @@ BOOL WINAPI PassOn(DWORD event) {
 } // namespace
 
 void PrepareSystem(void (*note)(int)) {
+    PrepareConsole();
     _setmode(_fileno(stdout), _O_BINARY); // a picture may go there
     noteInterrupt = note;
     SetConsoleCtrlHandler(PassOn, TRUE);

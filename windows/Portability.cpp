@@ -1,6 +1,8 @@
 // What common/Portability.h promises, on Windows.
 #include "common/Portability.h"
 
+#include "Console.h"
+
 #include <SDL_events.h>
 
 #include <cerrno>
@@ -22,16 +24,17 @@ void OpenStandardStreams() {
     }
 }
 
-// Called on a thread of its own. The system ends the process when this returns, or after some
-// seconds.
+// Called on a thread of its own. When the console goes, the system ends the process as soon as this
+// returns, or after some seconds.
 BOOL WINAPI EndWithConsole(DWORD event) {
-    if (event != CTRL_CLOSE_EVENT && event != CTRL_LOGOFF_EVENT && event != CTRL_SHUTDOWN_EVENT) {
-        return FALSE;
-    }
     SDL_Event quit{};
     quit.type = SDL_QUIT;
-    SDL_PushEvent(&quit);
-    Sleep(INFINITE);
+    if (SDL_PushEvent(&quit) != 1) {
+        return FALSE; // no game runs, and the system does what it does
+    }
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
+        Sleep(INFINITE);
+    }
     return TRUE;
 }
 
@@ -47,6 +50,7 @@ std::wstring WidePath(const std::string& path) {
 
 void PrepareProcess() {
     OpenStandardStreams();
+    PrepareConsole();
     SetConsoleCtrlHandler(EndWithConsole, TRUE);
 }
 

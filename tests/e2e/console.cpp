@@ -2,9 +2,9 @@
 //
 //   console without FILE   runs a program that has no console and no standard streams, and ends as
 //                          it does
-//   console close          tells the program in the window "Vesk" that its console is being closed,
-//                          as the system does: by a thread in it that begins in the system's
-//                          routine for such events
+//   console EVENT          tells the program in the window "Vesk" what happens to its console, by
+//                          the system's number (0: Ctrl-C, 2: it is being closed), as the system
+//                          does: by a thread in it that begins in the routine for such events
 #include <windows.h>
 
 #include <string>
@@ -25,12 +25,12 @@ int Run(const std::wstring& file) {
     return static_cast<int>(code);
 }
 
-int Close() {
+int Tell(INT_PTR number) {
     DWORD id = 0;
     GetWindowThreadProcessId(FindWindowA(nullptr, "Vesk"), &id);
     const HANDLE process = OpenProcess(PROCESS_ALL_ACCESS, FALSE, id);
     const FARPROC routine = GetProcAddress(GetModuleHandleA("kernelbase.dll"), "CtrlRoutine");
-    void* const event = reinterpret_cast<void*>(INT_PTR{CTRL_CLOSE_EVENT});
+    void* const event = reinterpret_cast<void*>(number);
     const auto start = reinterpret_cast<LPTHREAD_START_ROUTINE>(reinterpret_cast<void*>(routine));
     return CreateRemoteThread(process, nullptr, 0, start, event, 0, nullptr) == nullptr ? 100 : 0;
 }
@@ -40,5 +40,5 @@ int Close() {
 int main() {
     int count = 0;
     wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
-    return count == 3 ? Run(words[2]) : Close();
+    return count == 3 ? Run(words[2]) : Tell(std::stoi(words[1]));
 }

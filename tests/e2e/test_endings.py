@@ -36,10 +36,11 @@ def test_signals_end_well_and_closed_streams_are_not_taken_by_others(folder, num
 
 
 @pytest.mark.skipif(not IS_WINDOWS, reason="this is about Windows")
-def test_a_closed_console_ends_well_and_none_is_needed(folder):
+@pytest.mark.parametrize("event", "02")
+def test_ctrl_c_and_a_closed_console_end_well_and_none_is_needed(folder, event):
     with Game(folder, ["wine", CONSOLE, "without", PROGRAM]) as game:
         game.settle()
-        subprocess.run(["wine", CONSOLE, "close"], check=True)
+        subprocess.run(["wine", CONSOLE, event], check=True)
         assert game.end() == (0, "")
 
 
