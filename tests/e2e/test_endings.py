@@ -37,10 +37,20 @@ def test_signals_end_well_and_closed_streams_are_not_taken_by_others(folder, num
 
 @pytest.mark.skipif(not IS_WINDOWS, reason="this is about Windows")
 @pytest.mark.parametrize("event", "02")
-def test_ctrl_c_and_a_closed_console_end_well_and_none_is_needed(folder, event):
-    with Game(folder, ["wine", CONSOLE, "without", PROGRAM]) as game:
+def test_ctrl_c_and_a_closed_console_reach_the_game(folder, event):
+    command = ["env", "SDL_EVENT_LOGGING=1", *COMMAND]
+    with Game(folder, command, stderr=subprocess.STDOUT) as game:
         game.settle()
         subprocess.run(["wine", CONSOLE, event], check=True)
+        code, said = game.end()
+        assert code == 0 and "SDL_QUIT" in said, "wine by itself ends the program with the same code"
+
+
+@pytest.mark.skipif(not IS_WINDOWS, reason="this is about Windows")
+def test_no_console_is_needed(folder):
+    with Game(folder, ["wine", CONSOLE, "without", PROGRAM]) as game:
+        game.settle()
+        game.hold("Escape")
         assert game.end() == (0, "")
 
 
