@@ -10,13 +10,19 @@
 #include <cstddef>
 #include <cstdint>
 
+/// The cluster with this number, 0 to 8, in the block around a middle one, row by row from the
+/// lowest.
+inline Vec2i ClusterInBlock(Vec2i middle, std::int32_t number) {
+    return middle + Vec2i{number % 3 - 1, number / 3 - 1};
+}
+
 struct ClusterBlock {
     std::array<ClusterRecord, 9> clusters; ///< row by row, from the lowest
 
     /// Generates the clusters; the coordinates are the middle one's, in clusters, and wrap.
     explicit ClusterBlock(Vec2i middle) {
         for (std::int32_t i = 0; i < 9; ++i) {
-            GenerateCluster(ClusterKey(middle + Vec2i{i % 3 - 1, i / 3 - 1}),
+            GenerateCluster(ClusterKey(ClusterInBlock(middle, i)),
                             clusters[static_cast<std::size_t>(i)]);
         }
     }

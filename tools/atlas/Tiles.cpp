@@ -1,5 +1,6 @@
 #include "atlas/Tiles.h"
 
+#include "ClusterBlock.h"
 #include "atlas/Records.h"
 #include "gen/GEN_DungeonGenerator.h"
 
@@ -226,7 +227,7 @@ const std::vector<Island>& TilePainter::IslandsOf(Vec2i cluster) {
 std::vector<Island> TilePainter::MakeIslands(Vec2i cluster) {
     std::array<const ClusterRecord*, 9> block{};
     for (std::int32_t i = 0; i < 9; ++i) {
-        const Vec2i place = cluster + Vec2i{i % 3 - 1, i / 3 - 1};
+        const Vec2i place = ClusterInBlock(cluster, i);
         block[static_cast<std::size_t>(i)] = &land.At(place, [place] { return MakeLand(place); });
     }
     CellNeighborMap neighbors;
