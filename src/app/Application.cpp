@@ -53,9 +53,11 @@ void LeaveOutHeadlessDrivers() {
 
 void InitLibraries() {
     LeaveOutHeadlessDrivers();
-    if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_JOYSTICK) == 0 &&
-        IMG_Init(IMG_INIT_JPG | IMG_INIT_PNG) != 0) {
-        TTF_Init();
+    if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_JOYSTICK) == 0) {
+        SDL_StopTextInput(); // or an input method takes the keys, to make words of them
+        if (IMG_Init(IMG_INIT_JPG | IMG_INIT_PNG) != 0) {
+            TTF_Init();
+        }
     }
 }
 

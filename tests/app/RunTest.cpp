@@ -84,6 +84,7 @@ TEST(RunTest, StartsAndShutsDownInOrder) {
     {
         const Game game;
         EXPECT_EQ(Managers(), all);
+        EXPECT_FALSE(SDL_IsTextInputActive()) << "input methods would take the keys";
         EXPECT_EQ(PoolSize(ASM_AssetManager::GetInstance()->dungeons), 12U);
         EXPECT_EQ(PoolSize(ASM_AssetManager::GetInstance()->clusters), 18U);
         Signal running;
