@@ -1,5 +1,6 @@
 """The program's icon: the ship on a round plate. Drawn as 64 x 64 pixels, enlarged without
-smoothing and reduced with it; packaging/icons/ gets it in five sizes and as an SVG picture of squares."""
+smoothing and reduced with it; packaging/icons/ gets it in five sizes and as an SVG picture of squares;
+icon_16.txt is the smallest."""
 
 from builder.picture import blank, outlined, put
 from builder.shapes import disc, polygon, rectangle, spans

@@ -20,7 +20,7 @@ install(TARGETS vesk_atlas RUNTIME DESTINATION bin)
 install(FILES packaging/vesk.desktop DESTINATION share/applications)
 install(FILES packaging/local.vesk.vesk.metainfo.xml DESTINATION share/metainfo)
 install(FILES packaging/vesk.6 packaging/vesk_atlas.6 DESTINATION share/man/man6)
-foreach(size 32 48 64 128 256)
+foreach(size 16 32 48 64 128 256)
     install(FILES packaging/icons/vesk-${size}.png
         DESTINATION share/icons/hicolor/${size}x${size}/apps RENAME vesk.png)
 endforeach()

@@ -40,6 +40,8 @@ def build(art):
     files = {"data/%s.png" % name: picture.png(sheet) for name, sheet in drawn.items()}
     files["data/sample.ttf"] = font.build(font.read_face(art / "sample_font.txt"))
     icon = _drawn("icon", palette)
+    smallest, _ = picture.read_sheet(art / "icon_16.txt", palette)
+    files["packaging/icons/vesk-16.png"] = picture.png(smallest)
     for size in ICON_SIZES:
         files["packaging/icons/vesk-%d.png" % size] = picture.png(picture.scaled(icon, size))
     files["packaging/icons/vesk.svg"] = svg.encode(icon)
