@@ -8,11 +8,16 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <thread>
 
 #include <io.h>
 #include <windows.h>
 
 namespace {
+
+// How long the end of the console or the session waits for the game's own, in ms. After a start that
+// failed nobody takes the event; the system's patience is 5 s.
+constexpr DWORD kPatience = 3000;
 
 void OpenStandardStreams() {
     // In this order each takes the descriptor that is missing. Without a console there are none.
@@ -24,18 +29,45 @@ void OpenStandardStreams() {
     }
 }
 
-// Called on a thread of its own. When the console goes, the system ends the process as soon as this
-// returns, or after some seconds.
-BOOL WINAPI EndWithConsole(DWORD event) {
+// Ends the game, if one runs, in its next tick. Any thread.
+bool PushQuit() {
     SDL_Event quit{};
     quit.type = SDL_QUIT;
-    if (SDL_PushEvent(&quit) != 1) {
-        return FALSE; // no game runs, and the system does what it does
+    return SDL_PushEvent(&quit) == 1;
+}
+
+// Called on a thread of its own. When the console goes, the system ends the process as soon as this
+// returns.
+BOOL WINAPI EndWithConsole(DWORD event) {
+    if (!PushQuit()) {
+        return FALSE; // the system does what it does
     }
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
-        Sleep(INFINITE);
+        Sleep(kPatience);
     }
     return TRUE;
+}
+
+// As with the console, when the user logs off or the machine is shut down.
+LRESULT CALLBACK EndWithSession(HWND window, UINT message, WPARAM first, LPARAM second) {
+    if (message == WM_ENDSESSION && first != FALSE && PushQuit()) {
+        Sleep(kPatience);
+    }
+    return DefWindowProcW(window, message, first, second);
+}
+
+// A program with windows hears of the session's end by them only, and SDL's own takes no notice.
+// This one is never shown.
+void WatchSession() {
+    WNDCLASSW kind{};
+    kind.lpfnWndProc = EndWithSession;
+    kind.lpszClassName = L"Session";
+    RegisterClassW(&kind);
+    CreateWindowW(kind.lpszClassName, nullptr, 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        DispatchMessageW(&message);
+    }
 }
 
 std::wstring WidePath(const std::string& path) {
@@ -52,6 +84,7 @@ void PrepareProcess() {
     OpenStandardStreams();
     PrepareConsole();
     SetConsoleCtrlHandler(EndWithConsole, TRUE);
+    std::thread(WatchSession).detach(); // the main one ends the game while it waits
 }
 
 int OpenFile(std::FILE** file, const std::string& path, const char* mode) {

@@ -20,7 +20,8 @@ inline constexpr char kPathSeparator = '/';
 /// closed are opened on the null device, so that no file or connection opened later takes their
 /// place and receives what is printed. Output that nobody reads is lost: a closed pipe does not end
 /// the program, and, except on Windows, a full one on standard error does not block it. A hang-up
-/// (the terminal or the console's window closes) ends it as the termination signal does.
+/// (the terminal or the console's window closes, or on Windows the session ends) ends it as the
+/// termination signal does.
 void PrepareProcess();
 
 /// The executable's directory, ending in a separator; empty when SDL cannot tell. Main thread.

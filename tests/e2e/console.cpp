@@ -2,10 +2,12 @@
 //
 //   console without FILE   runs a program that has no console and no standard streams, and ends as
 //                          it does
-//   console EVENT          tells the program in the window "Vesk" what happens to its console, by
-//                          the system's number (0: Ctrl-C, 2: it is being closed), as the system
-//                          does: by a thread in it that begins in the routine for such events
+//   console EVENT PROGRAM  tells the program of that name what happens to its console, by the
+//                          system's number (0: Ctrl-C, 2: it is being closed), as the system does:
+//                          by a thread in it that begins in the routine for such events
 #include <windows.h>
+
+#include <tlhelp32.h>
 
 #include <string>
 
@@ -25,9 +27,18 @@ int Run(const std::wstring& file) {
     return static_cast<int>(code);
 }
 
-int Tell(INT_PTR number) {
-    DWORD id = 0;
-    GetWindowThreadProcessId(FindWindowA(nullptr, "Vesk"), &id);
+DWORD Find(const std::wstring& program) {
+    PROCESSENTRY32W process{};
+    process.dwSize = sizeof process;
+    const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    BOOL is = Process32FirstW(all, &process);
+    while (is != FALSE && program != process.szExeFile) {
+        is = Process32NextW(all, &process);
+    }
+    return is != FALSE ? process.th32ProcessID : 0;
+}
+
+int Tell(INT_PTR number, DWORD id) {
     const HANDLE process = OpenProcess(PROCESS_ALL_ACCESS, FALSE, id);
     const FARPROC routine = GetProcAddress(GetModuleHandleA("kernelbase.dll"), "CtrlRoutine");
     void* const event = reinterpret_cast<void*>(number);
@@ -40,5 +51,6 @@ int Tell(INT_PTR number) {
 int main() {
     int count = 0;
     wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
-    return count == 3 ? Run(words[2]) : Tell(std::stoi(words[1]));
+    const std::wstring what = count == 3 ? words[1] : L"";
+    return what == L"without" ? Run(words[2]) : Tell(std::stoi(what), Find(words[2]));
 }

@@ -36,12 +36,13 @@ def test_signals_end_well_and_closed_streams_are_not_taken_by_others(folder, num
 
 
 @pytest.mark.skipif(not IS_WINDOWS, reason="this is about Windows")
-@pytest.mark.parametrize("event", "02")
-def test_ctrl_c_and_a_closed_console_reach_the_game(folder, event):
+@pytest.mark.parametrize("words", [[CONSOLE, "0", "vesk.exe"], [CONSOLE, "2", "vesk.exe"],
+                                   ["wineboot", "--end-session"]])
+def test_ctrl_c_a_closed_console_and_logging_off_reach_the_game(folder, words):
     command = ["env", "SDL_EVENT_LOGGING=1", *COMMAND]
     with Game(folder, command, stderr=subprocess.STDOUT) as game:
         game.settle()
-        subprocess.run(["wine", CONSOLE, event], check=True)
+        subprocess.run(["wine", *words], check=True)
         code, said = game.end()
         assert code == 0 and "SDL_QUIT" in said, "wine by itself ends the program with the same code"
 

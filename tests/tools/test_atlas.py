@@ -19,7 +19,10 @@ from PIL import Image
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 GOLDEN = ROOT / "tests/tools/golden"
 PROGRAM = os.environ.get("VESK_ATLAS", str(ROOT / "build/release/bin/vesk_atlas"))
-COMMAND = ["wine", PROGRAM] if PROGRAM.endswith(".exe") else [PROGRAM]
+IS_WINDOWS = PROGRAM.endswith(".exe")
+COMMAND = ["wine", PROGRAM] if IS_WINDOWS else [PROGRAM]
+CONSOLE = ROOT / "build/windows/bin/console.exe"
+ENDS = ["0", "2"] if IS_WINDOWS else [signal.SIGINT, signal.SIGTERM, signal.SIGHUP]  # 0: Ctrl-C, 2: the console closes
 GRAPH = (164, 202, 214)  # the colour of links
 
 
@@ -112,17 +115,27 @@ def test_no_run_leaves_half_a_file_or_loses_a_good_one(tmp_path):
         failed = run(command, target, restore_signals=False, **options)
         assert failed.returncode == 1 and reason in failed.stderr
     os.close(pipe)
-    for end in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-        with subprocess.Popen([PROGRAM, *"clusters 0 0 499 499 --scale 1 -o".split(), link, "--json",
-                               tmp_path / "j"], stderr=subprocess.PIPE, text=True,
-                              preexec_fn=lambda: signal.signal(end, signal.SIG_DFL)) as process:
-            assert re.match("drawing: [0-9]+ %", process.stderr.readline())
-            process.send_signal(end)
-        assert process.returncode == -end
     assert set(tmp_path.iterdir()) == {picture, link, circle}
     assert link.is_symlink() and circle.is_symlink() and picture.read_text() == "good"
     atlas("cell 6 3 -o", link)
     assert link.is_symlink() and Image.open(picture).size == (512, 512)
+
+
+@pytest.mark.parametrize("end", ENDS)
+def test_an_interrupted_run_leaves_all_as_it_was(tmp_path, end):
+    picture = tmp_path / "p.png"
+    picture.write_text("good")
+    with subprocess.Popen([*COMMAND, *"clusters 0 0 499 499 --scale 1 -o".split(), picture, "--json",
+                           tmp_path / "j"], stderr=subprocess.PIPE, text=True,
+                          preexec_fn=lambda: IS_WINDOWS or signal.signal(end, signal.SIG_DFL)) as process:
+        assert re.match("drawing: [0-9]+ %", process.stderr.readline())
+        assert len(set(tmp_path.iterdir())) == 3, "drafts"
+        if IS_WINDOWS:
+            subprocess.run(["wine", CONSOLE, end, "vesk_atlas.exe"], check=True)
+        else:
+            process.send_signal(end)
+    assert process.returncode == (3 if IS_WINDOWS else -end)
+    assert set(tmp_path.iterdir()) == {picture} and picture.read_text() == "good"
 
 
 def test_pipes_are_written_straight(tmp_path):
