@@ -181,8 +181,8 @@ function onKeyDown(event) {
     }
 }
 
-/** What follows a key: the game lets nothing come of it, and a control acts only then. */
-function afterKeyDown(event) {
+/** The game lets nothing come of a key's release, and a control acts only then. */
+function onKeyUp(event) {
     if (isForControl(event)) {
         event.stopImmediatePropagation();
     }
@@ -337,8 +337,7 @@ async function start() {
 
 element("said").textContent = "Loading the game";
 window.addEventListener("keydown", onKeyDown, true);
-window.addEventListener("keypress", afterKeyDown, true);
-window.addEventListener("keyup", afterKeyDown, true);
+window.addEventListener("keyup", onKeyUp, true);
 window.addEventListener("resize", fit);
 window.addEventListener("touchstart", showFingers, { once: true });
 window.addEventListener("gamepaddisconnected", onPadGone);

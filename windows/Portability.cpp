@@ -3,7 +3,7 @@
 
 #include "Console.h"
 
-#include <SDL_events.h>
+#include <SDL.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -13,10 +13,12 @@
 #include <io.h>
 #include <windows.h>
 
+#include <imm.h>
+
 namespace {
 
-// How long the end of the console or the session waits for the game's own, in ms. After a start that
-// failed nobody takes the event; the system's patience is 5 s.
+// How long the system is kept waiting for the game to end, in ms; it loses patience after 5 s.
+// Waiting without a limit would be in vain after a start that failed, where nobody takes the event.
 constexpr DWORD kPatience = 3000;
 
 void OpenStandardStreams() {
@@ -29,11 +31,11 @@ void OpenStandardStreams() {
     }
 }
 
-// Ends the game, if one runs, in its next tick. Any thread.
+// Ends the game in its next tick. False when SDL takes no events. Any thread.
 bool PushQuit() {
     SDL_Event quit{};
     quit.type = SDL_QUIT;
-    return SDL_PushEvent(&quit) == 1;
+    return SDL_WasInit(SDL_INIT_EVENTS) != 0 && SDL_PushEvent(&quit) == 1;
 }
 
 // Called on a thread of its own. When the console goes, the system ends the process as soon as this
@@ -57,13 +59,15 @@ LRESULT CALLBACK EndWithSession(HWND window, UINT message, WPARAM first, LPARAM 
 }
 
 // A program with windows hears of the session's end by them only, and SDL's own takes no notice.
-// This one is never shown.
+// This one is never shown; one for messages alone would not be told.
 void WatchSession() {
     WNDCLASSW kind{};
     kind.lpfnWndProc = EndWithSession;
+    kind.hInstance = GetModuleHandleW(nullptr);
     kind.lpszClassName = L"Session";
     RegisterClassW(&kind);
-    CreateWindowW(kind.lpszClassName, nullptr, 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+    CreateWindowW(kind.lpszClassName, nullptr, 0, 0, 0, 0, 0, nullptr, nullptr, kind.hInstance,
+                  nullptr);
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         DispatchMessageW(&message);
@@ -84,6 +88,8 @@ void PrepareProcess() {
     OpenStandardStreams();
     PrepareConsole();
     SetConsoleCtrlHandler(EndWithConsole, TRUE);
+    // Input methods would make words of the keys, in windows of their own: off for all threads.
+    ImmDisableIME(static_cast<DWORD>(-1));
     std::thread(WatchSession).detach(); // the main one ends the game while it waits
 }
 

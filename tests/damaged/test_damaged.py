@@ -48,7 +48,8 @@ CASES = [(files, damage, costs) for files, costs in COSTS.items() for damage in 
 CASES += [(files, damage, dict.fromkeys(said)) for damage in (SCRATCH, HALVE)
           for files, said in (("data/*.png", [IMAGE]), ("data/sample.ttf", [TYPE, TEXT]))]
 CASES += [("vesk.ini", command, costs) for command, costs in (
-    (":", {}), ("ln -sf /dev/zero $0", BLANK | DUMB), ("yes '; of no note' | head -n 4194304 | cat - $0 > $0.new; mv $0.new $0", {}),
+    (":", {}), ("ln -sf /dev/zero $0", BLANK | DUMB),
+    ("yes '; of no note' | head -n 4194304 | cat - $0 > $0.new; mv $0.new $0", {}),
     ("sed -i 's/$/\\r/' $0", {}), ("sed -i 's/^width.*/width = -5/; s/^height.*/height = 0/' $0", {}),
     ("sed -i 's/^height.*/height = 1073741824/' $0", {WINDOW: 1}))]
 

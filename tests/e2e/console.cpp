@@ -31,11 +31,11 @@ DWORD Find(const std::wstring& program) {
     PROCESSENTRY32W process{};
     process.dwSize = sizeof process;
     const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
-    BOOL is = Process32FirstW(all, &process);
-    while (is != FALSE && program != process.szExeFile) {
-        is = Process32NextW(all, &process);
+    BOOL found = Process32FirstW(all, &process);
+    while (found != FALSE && program != process.szExeFile) {
+        found = Process32NextW(all, &process);
     }
-    return is != FALSE ? process.th32ProcessID : 0;
+    return found != FALSE ? process.th32ProcessID : 0;
 }
 
 int Tell(INT_PTR number, DWORD id) {
