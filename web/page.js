@@ -181,7 +181,7 @@ function onKeyDown(event) {
     }
 }
 
-/** The game lets nothing come of a key's release, and a control acts only then. */
+/** The game lets nothing come of a key's release, at which Space works a control. */
 function onKeyUp(event) {
     if (isForControl(event)) {
         event.stopImmediatePropagation();
